@@ -1,0 +1,123 @@
+#include "combiner/DirectCopy.h"
+
+#include <vector>
+#include <xercesc/dom/DOMAttr.hpp>
+#include <xercesc/dom/DOMCDATASection.hpp>
+#include <xercesc/dom/DOMComment.hpp>
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+#include <xercesc/dom/DOMNode.hpp>
+#include <xercesc/dom/DOMProcessingInstruction.hpp>
+#include <xercesc/dom/DOMText.hpp>
+
+#include "xml/XercesPtr.h"
+
+namespace MCXPrsUtil {
+namespace {
+
+using XERCES_CPP_NAMESPACE::DOMAttr;
+using XERCES_CPP_NAMESPACE::DOMDocument;
+using XERCES_CPP_NAMESPACE::DOMElement;
+using XERCES_CPP_NAMESPACE::DOMException;
+using XERCES_CPP_NAMESPACE::DOMNamedNodeMap;
+using XERCES_CPP_NAMESPACE::DOMNode;
+
+constexpr XMLCh kEmpty[] = {0};
+
+// The text of an attribute that its name and its text describe fully; null for any other.
+const XMLCh* TextOfPlain(const DOMAttr& attribute) {
+  if (attribute.getLocalName() != nullptr || attribute.isId()) return nullptr;
+  const DOMNode* child = attribute.getFirstChild();
+  if (child == nullptr) return kEmpty;
+  const bool is_text =
+      child->getNodeType() == DOMNode::TEXT_NODE && child->getNextSibling() == nullptr;
+  return is_text ? child->getNodeValue() : nullptr;
+}
+
+// False when there is an attribute that only importNode copies as it should be.
+bool CopyAttributes(const DOMElement& source, DOMElement& copy) {
+  const DOMNamedNodeMap* attributes = source.getAttributes();
+  const XMLSize_t count = attributes->getLength();
+  for (XMLSize_t i = 0; i < count; ++i) {
+    const auto& attribute = static_cast<const DOMAttr&>(*attributes->item(i));
+    // A default from the document type stays behind, as importNode leaves it.
+    if (!attribute.getSpecified()) continue;
+    const XMLCh* text = TextOfPlain(attribute);
+    if (text == nullptr) return false;
+    copy.setAttribute(attribute.getName(), text);
+  }
+  return true;
+}
+
+DOMNode* CopyElement(DOMDocument& target, const DOMElement& source) {
+  if (source.getLocalName() != nullptr) return target.importNode(&source, false);
+  XercesPtr<DOMElement> copy(target.createElement(source.getTagName()));
+  if (!CopyAttributes(source, *copy)) return target.importNode(&source, false);
+  return copy.release();
+}
+
+// Copies a node without its children, but whole where children are not separate nodes of the copy.
+DOMNode* CopyOne(DOMDocument& target, const DOMNode& source, bool deep) {
+  switch (source.getNodeType()) {
+    case DOMNode::ELEMENT_NODE:
+      return CopyElement(target, static_cast<const DOMElement&>(source));
+    case DOMNode::TEXT_NODE:
+      return target.createTextNode(source.getNodeValue());
+    case DOMNode::CDATA_SECTION_NODE:
+      return target.createCDATASection(source.getNodeValue());
+    case DOMNode::COMMENT_NODE:
+      return target.createComment(source.getNodeValue());
+    case DOMNode::PROCESSING_INSTRUCTION_NODE:
+      return target.createProcessingInstruction(source.getNodeName(), source.getNodeValue());
+    default:
+      return target.importNode(&source, deep);
+  }
+}
+
+DOMNode* AppendOrThrow(DOMNode& parent, DOMNode* child) {
+  XercesPtr<DOMNode> owned(child);
+  parent.appendChild(child);
+  return owned.release();
+}
+
+// An element of the source whose children are being copied.
+struct OpenElement {
+  const DOMNode* next_child;
+  DOMNode* copy;
+};
+
+// The stack of open elements is kept here, because asking a node for its parent is slow.
+void CopyDescendants(DOMDocument& target, const DOMNode& source, DOMNode& copy) {
+  std::vector<OpenElement> open = {{source.getFirstChild(), &copy}};
+  while (!open.empty()) {
+    OpenElement& parent = open.back();
+    const DOMNode* child = parent.next_child;
+    if (child == nullptr) {
+      open.pop_back();
+      continue;
+    }
+    parent.next_child = child->getNextSibling();
+    DOMNode* child_copy = AppendOrThrow(*parent.copy, CopyOne(target, *child, true));
+    if (child->getNodeType() == DOMNode::ELEMENT_NODE && child->getFirstChild() != nullptr) {
+      open.push_back({child->getFirstChild(), child_copy});
+    }
+  }
+}
+
+}  // namespace
+
+DOMNode* CopyNode(DOMDocument& target, const DOMNode& source, bool deep) {
+  try {
+    XercesPtr<DOMNode> copy(CopyOne(target, source, deep));
+    if (deep && source.getNodeType() == DOMNode::ELEMENT_NODE) {
+      CopyDescendants(target, source, *copy);
+    }
+    return copy.release();
+  } catch (const DOMException&) {
+    return nullptr;
+  }
+}
+
+}  // namespace MCXPrsUtil
