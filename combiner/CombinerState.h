@@ -2,6 +2,7 @@
 #ifndef MCXPRSUTIL_COMBINER_COMBINERSTATE_H
 #define MCXPRSUTIL_COMBINER_COMBINERSTATE_H
 
+#include <algorithm>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -26,6 +27,11 @@ struct SplitVariable {
 
 struct MCXSplitPMMLCombiner::State {
   explicit State(const MCMTD_NAMESPACE::MCVarList& list) : var_list(list) {}
+
+  bool IsSplitVariable(const std::string& name) const {
+    return std::any_of(split_variables.begin(), split_variables.end(),
+                       [&name](const SplitVariable& variable) { return variable.name == name; });
+  }
 
   const MCMTD_NAMESPACE::MCVarList& var_list;  // borrowed
   MCCommon::MCStatus status;                   // of the last AddModel or ExportMiningModel

@@ -1,14 +1,18 @@
 // The data dictionary and the mining schema of the combined document.
+#include <optional>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
 #include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 #include "combiner/CombinerState.h"
 #include "combiner/DomTree.h"
 #include "mcxprsutil/MCPMMLTags.h"
 #include "mcxprsutil/MCXDOMHelpers.h"
 #include "mcxprsutil/MCXTranscoder.h"
+#include "xml/Utf16Name.h"
 
 namespace MCXPrsUtil {
 
@@ -23,6 +27,7 @@ namespace {
 
 using XERCES_CPP_NAMESPACE::DOMElement;
 using XERCES_CPP_NAMESPACE::DOMNode;
+using XERCES_CPP_NAMESPACE::XMLString;
 
 // Appends `elements` to `nodes`, and the attribute of each that has it to `texts`.
 void AppendWithAttribute(const std::vector<DOMElement*>& elements, const std::string& attribute,
@@ -49,11 +54,12 @@ void AppendNamedChildren(const DOMElement* parent, const std::string& name,
   }
 }
 
-// Looks texts up in a list that does not change meanwhile. Splits of one data source list their
-// values alike, so most texts are found one behind the other, without a conversion.
+// Looks texts up among the values of a field, which do not change meanwhile. Splits of one data
+// source list their values alike, so most texts are found one behind the other, without a
+// conversion.
 class ValueLookup {
  public:
-  explicit ValueLookup(const std::vector<std::string>& values) : values_(values) {}
+  explicit ValueLookup(OutputField& field) : values_(field.values), index_(field.values_index) {}
 
   bool Contains(const XMLCh* text) {
     if (next_ < values_.size() && XStrEqualsUTF8Str(text, values_[next_].c_str())) {
@@ -65,37 +71,82 @@ class ValueLookup {
 
  private:
   bool Find(const std::string& text) {
-    if (positions_.empty()) {
-      for (std::size_t i = 0; i < values_.size(); ++i) positions_.emplace(values_[i], i);
-    }
-    const auto entry = positions_.find(text);
-    if (entry == positions_.end()) return false;
-    next_ = entry->second + 1;
+    const std::size_t position = index_.PositionIn(values_, text);
+    if (position == values_.size()) return false;
+    next_ = position + 1;
     return true;
   }
 
   const std::vector<std::string>& values_;
-  std::unordered_map<std::string_view, std::size_t> positions_;
+  TextIndex& index_;
   std::size_t next_ = 0;
 };
 
-// The "Value" elements of a field whose text is not in `recorded`. A text that the field has twice
-// is here twice, and so gets into the output twice: that is how a merge works.
-std::vector<const DOMElement*> NewValues(const DOMElement& field,
-                                         const std::vector<std::string>& recorded) {
+// The elements of a "DataField" that a merge looks at, at any depth.
+struct FieldContent {
+  std::vector<const DOMElement*> values;
+  std::vector<const DOMElement*> intervals;
+};
+
+FieldContent ContentOf(const DOMNode& field) {
+  FieldContent content;
+  const Utf16Name value(MCPMMLTags::XML_ELE_VALUE.c_str());
+  const Utf16Name interval(MCPMMLTags::XML_ELE_INTERVAL.c_str());
+  DescendantWalk walk(field);
+  while (const DOMElement* element = walk.Next()) {
+    const XMLCh* name = element->getTagName();
+    if (XMLString::equals(name, value.Get())) {
+      content.values.push_back(element);
+    } else if (XMLString::equals(name, interval.Get())) {
+      content.intervals.push_back(element);
+    }
+  }
+  return content;
+}
+
+std::string AttributeText(const DOMElement& element, const std::string& name) {
+  return ToUTF8(GetAttribute(element, name.c_str()));
+}
+
+// What the intervals say, as one text; equal intervals give equal texts.
+std::string TextOfIntervals(const std::vector<const DOMElement*>& intervals) {
+  std::string text;
+  for (const DOMElement* interval : intervals) {
+    text += AttributeText(*interval, MCPMMLTags::XML_ATT_CLOSURE) + ' ' +
+            AttributeText(*interval, MCPMMLTags::XML_ATT_LEFTMARGIN) + ' ' +
+            AttributeText(*interval, MCPMMLTags::XML_ATT_RIGHTMARGIN) + ';';
+  }
+  return text;
+}
+
+// An attribute that may be left out, in which case it reads as `otherwise`.
+std::string TextOr(const DOMElement& element, const std::string& name, const char* otherwise) {
+  const XMLCh* text = GetAttribute(element, name.c_str());
+  return text == nullptr ? otherwise : ToUTF8(text);
+}
+
+// What PMML says of a "Value" without "property" and of a "MiningField" without "usageType".
+constexpr char kDefaultProperty[] = "valid";
+constexpr char kDefaultUsage[] = "active";
+
+void RecordProperty(const DOMElement& value, OutputField& field) {
+  const XMLCh* property = GetAttribute(value, MCPMMLTags::XML_ATT_PROPERTY.c_str());
+  if (property == nullptr) return;
+  field.properties.emplace(AttributeText(value, MCPMMLTags::XML_ATT_VALUE), ToUTF8(property));
+}
+
+// The "Value" elements whose text is not recorded for `field`. A text that is there twice is found
+// twice, and so gets into the output twice: that is how a merge works.
+std::vector<const DOMElement*> NewValues(const std::vector<const DOMElement*>& values,
+                                         OutputField& field) {
   std::vector<const DOMElement*> found;
   const AttributeReader reader(MCPMMLTags::XML_ATT_VALUE);
-  ValueLookup known(recorded);
-  DescendantWalk walk(field, MCPMMLTags::XML_ELE_VALUE);
-  while (const DOMElement* value = walk.Next()) {
+  ValueLookup known(field);
+  for (const DOMElement* value : values) {
     const XMLCh* text = reader.Of(*value);
     if (text != nullptr && !known.Contains(text)) found.push_back(value);
   }
   return found;
-}
-
-bool HasValues(const DOMElement& field) {
-  return DescendantWalk(field, MCPMMLTags::XML_ELE_VALUE).Next() != nullptr;
 }
 
 void CompareType(const SourceField& field, const std::string& attribute,
@@ -105,10 +156,56 @@ void CompareType(const SourceField& field, const std::string& attribute,
   findings.TypeDiffers(ToUTF8(field.name), attribute, ToUTF8(here), combined);
 }
 
-void CompareTypes(const SourceField& field, const OutputField& combined, MergeFindings& findings) {
-  if (combined.node == nullptr) return;
-  CompareType(field, MCPMMLTags::XML_ATT_OPTYPE, combined.optype, findings);
-  CompareType(field, MCPMMLTags::XML_ATT_DATATYPE, combined.data_type, findings);
+// True for most values: nothing says that they have a "property", here or in the combined field. A
+// value with a single attribute has none, which needs no look-up.
+bool HasPlainProperty(const DOMElement& value, const OutputField& combined) {
+  if (!combined.properties.empty()) return false;
+  return value.getAttributes()->getLength() < 2 ||
+         GetAttribute(value, MCPMMLTags::XML_ATT_PROPERTY.c_str()) == nullptr;
+}
+
+// Tells the first value that the combined field has with another "property".
+void CompareProperties(const SourceField& field, const std::vector<const DOMElement*>& values,
+                       OutputField& combined, MergeFindings& findings) {
+  for (const DOMElement* value : values) {
+    if (HasPlainProperty(*value, combined)) continue;
+    const std::string text = AttributeText(*value, MCPMMLTags::XML_ATT_VALUE);
+    const std::size_t n_values = combined.values.size();
+    if (combined.values_index.PositionIn(combined.values, text) == n_values) continue;
+    const std::string here = TextOr(*value, MCPMMLTags::XML_ATT_PROPERTY, kDefaultProperty);
+    const auto known = combined.properties.find(text);
+    const std::string there = known == combined.properties.end() ? kDefaultProperty : known->second;
+    if (here == there) continue;
+    findings.PropertyDiffers(ToUTF8(field.name), text, here, there);
+    return;
+  }
+}
+
+// Compares a field with what was recorded of the first one that has its name.
+void CompareWithFirst(const SourceField& field, const FieldContent& content, OutputField& first,
+                      MergeFindings& findings) {
+  if (first.node == nullptr) return;
+  CompareType(field, MCPMMLTags::XML_ATT_OPTYPE, first.optype, findings);
+  CompareType(field, MCPMMLTags::XML_ATT_DATATYPE, first.data_type, findings);
+  if (first.is_split_variable) {
+    findings.SplitVariableDeclaredLater(ToUTF8(field.name), "dictionary");
+  }
+  if (TextOfIntervals(content.intervals) != first.intervals) {
+    findings.IntervalsDiffer(ToUTF8(field.name));
+  }
+  const bool has_values = !content.values.empty();
+  if (has_values != first.had_values) findings.ValuesOnOneSide(ToUTF8(field.name), has_values);
+  CompareProperties(field, content.values, first, findings);
+}
+
+void CompareMiningField(const DOMElement& field, const OutputName& combined,
+                        MergeFindings& findings) {
+  if (combined.is_exported) return;
+  if (combined.is_split_variable) findings.SplitVariableDeclaredLater(combined.name, "schema");
+  const XMLCh* here = GetAttribute(field, MCPMMLTags::XML_ATT_MININGFIELDUSE.c_str());
+  if (XStrEqualsUTF8Str(here, combined.usage.c_str())) return;
+  const std::string usage = here == nullptr ? kDefaultUsage : ToUTF8(here);
+  if (usage != combined.usage) findings.UsageDiffers(combined.name, usage, combined.usage);
 }
 
 void ReportRepeats(const SourceField& field, const std::vector<std::string>& added,
@@ -163,8 +260,15 @@ void MCXSplitPMMLCombiner::RecordDataField(DOMNode& field) {
   if (name != nullptr) record.name = ToUTF8(name);
   record.optype = text_of(MCPMMLTags::XML_ATT_OPTYPE);
   record.data_type = text_of(MCPMMLTags::XML_ATT_DATATYPE);
-  std::vector<DOMNode*> nodes;
-  EnumValuesOfDataField(&field, nodes, record.values);
+  record.is_split_variable = record.name && state_->IsSplitVariable(*record.name);
+  const FieldContent content = ContentOf(field);
+  const AttributeReader reader(MCPMMLTags::XML_ATT_VALUE);
+  for (const DOMElement* value : content.values) {
+    RecordProperty(*value, record);
+    if (const XMLCh* text = reader.Of(*value)) record.values.push_back(ToUTF8(text));
+  }
+  record.had_values = !content.values.empty();
+  record.intervals = TextOfIntervals(content.intervals);
   state_->data_fields.Append(std::move(record));
 }
 
@@ -180,9 +284,18 @@ DOMNode* MCXSplitPMMLCombiner::InsertValueOfDataField(const DOMNode* value, DOMN
 DOMNode* MCXSplitPMMLCombiner::InsertMiningField(const DOMNode* field, DOMNode* schema) {
   DOMNode* copy = CopyTo(field, schema, true);
   if (copy == nullptr) return nullptr;
-  const XMLCh* name = GetAttribute(*copy, MCPMMLTags::XML_ATT_MININGFIELDNAME.c_str());
-  if (name != nullptr) state_->mining_fields.Append(ToUTF8(name));
+  if (const DOMElement* element = AsElement(*copy, nullptr)) RecordMiningField(*element);
   return copy;
+}
+
+void MCXSplitPMMLCombiner::RecordMiningField(const DOMElement& field) {
+  const XMLCh* name = GetAttribute(field, MCPMMLTags::XML_ATT_MININGFIELDNAME.c_str());
+  if (name == nullptr) return;
+  OutputName record;
+  record.name = ToUTF8(name);
+  record.usage = TextOr(field, MCPMMLTags::XML_ATT_MININGFIELDUSE, kDefaultUsage);
+  record.is_split_variable = state_->IsSplitVariable(record.name);
+  state_->mining_fields.Append(std::move(record));
 }
 
 void MCXSplitPMMLCombiner::UpdateNumOfDataFields(DOMNode* dict, int n) {
@@ -214,45 +327,44 @@ void MCXSplitPMMLCombiner::UpdateDataDict(const DOMElement* src, DOMNode* out) {
 void MCXSplitPMMLCombiner::MergeDataField(const SourceField& field, DOMNode& dict,
                                           bool& order_told) {
   MergeFindings& findings = state_->findings;
-  const OutputField* there = state_->data_fields.At(field.position);
-  if (there != nullptr && there->name && XStrEqualsUTF8Str(field.name, there->name->c_str())) {
-    CompareTypes(field, *there, findings);
-    MergeValues(field);
-    return;
-  }
-  const std::string name = ToUTF8(field.name);
-  const OutputField* same_name = state_->data_fields.Find(name);
-  if (same_name == nullptr) {
+  OutputField* there = state_->data_fields.At(field.position);
+  const bool is_same =
+      there != nullptr && there->name && XStrEqualsUTF8Str(field.name, there->name->c_str());
+  const bool is_first = is_same && there->node != nullptr && !there->is_repeat;
+  OutputField* first = is_first ? there : state_->data_fields.Find(ToUTF8(field.name));
+  if (first == nullptr) {
     InsertDataField(&field.element, &dict);
     return;
   }
-  CompareTypes(field, *same_name, findings);
+  const FieldContent content = ContentOf(field.element);
+  CompareWithFirst(field, content, *first, findings);
   // The position decides where the values go, not the name, on purpose: dictionaries of splits list
-  // their fields in the same order. That these two do not is told.
-  const std::vector<std::string> added = MergeValues(field);
-  if (there == nullptr || there->node == nullptr) return;
-  const std::string name_there = there->name.value_or(std::string());
-  if (HasValues(field.element)) {
-    findings.ValuesWentElsewhere(name, field.position, name_there, added);
+  // their fields in the same order. Where these two do not, that is told.
+  const std::vector<std::string> added = MergeValues(field, content.values);
+  if (is_same || there == nullptr || there->node == nullptr) return;
+  if (!content.values.empty()) {
+    findings.ValuesWentElsewhere(ToUTF8(field.name), field.position, there->name, added);
   } else if (!order_told) {
-    findings.OrderDiffers(name, field.position, name_there);
+    findings.OrderDiffers(ToUTF8(field.name), field.position, there->name);
   }
   order_told = true;
 }
 
 // Returns the texts that were added to the combined field at the position of the source field.
-std::vector<std::string> MCXSplitPMMLCombiner::MergeValues(const SourceField& field) {
+std::vector<std::string> MCXSplitPMMLCombiner::MergeValues(
+    const SourceField& field, const std::vector<const DOMElement*>& values) {
   OutputField* there = state_->data_fields.At(field.position);
   if (there == nullptr || there->node == nullptr) {
-    if (HasValues(field.element)) {
+    if (!values.empty()) {
       state_->findings.ValuesNotMerged(ToUTF8(field.name), field.position, there != nullptr);
     }
     return {};
   }
   const auto n_before = static_cast<std::ptrdiff_t>(there->values.size());
   // All new values are found before the first is added: see NewValues().
-  for (const DOMElement* value : NewValues(field.element, there->values)) {
+  for (const DOMElement* value : NewValues(values, *there)) {
     InsertValueOfDataField(value, there->node, there->values);
+    RecordProperty(*value, *there);
   }
   std::vector<std::string> added(there->values.begin() + n_before, there->values.end());
   ReportRepeats(field, added, state_->findings);
@@ -270,7 +382,9 @@ void MCXSplitPMMLCombiner::UpdateMiningSchema(const DOMElement* src, DOMNode* ou
     const XMLCh* name = reader.Of(*fields[k]);
     if (name == nullptr) {
       ++n_unnamed;
-    } else if (!state_->mining_fields.Contains(name, k)) {
+    } else if (const OutputName* known = state_->mining_fields.Find(name, k)) {
+      CompareMiningField(*fields[k], *known, state_->findings);
+    } else {
       InsertMiningField(fields[k], out);
     }
   }

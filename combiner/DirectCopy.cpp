@@ -1,5 +1,6 @@
 #include "combiner/DirectCopy.h"
 
+#include <algorithm>
 #include <vector>
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMCDATASection.hpp>
@@ -12,6 +13,7 @@
 #include <xercesc/dom/DOMProcessingInstruction.hpp>
 #include <xercesc/dom/DOMText.hpp>
 
+#include "mcxprsutil/MCXTranscoder.h"
 #include "xml/XercesPtr.h"
 
 namespace MCXPrsUtil {
@@ -37,13 +39,16 @@ const XMLCh* TextOfPlain(const DOMAttr& attribute) {
 }
 
 // False when there is an attribute that only importNode copies as it should be.
-bool CopyAttributes(const DOMElement& source, DOMElement& copy) {
+bool CopyAttributes(const DOMElement& source, DOMElement& copy, CopyNotes& notes) {
   const DOMNamedNodeMap* attributes = source.getAttributes();
   const XMLSize_t count = attributes->getLength();
   for (XMLSize_t i = 0; i < count; ++i) {
     const auto& attribute = static_cast<const DOMAttr&>(*attributes->item(i));
     // A default from the document type stays behind, as importNode leaves it.
-    if (!attribute.getSpecified()) continue;
+    if (!attribute.getSpecified()) {
+      notes.lacks_defaults = true;
+      continue;
+    }
     const XMLCh* text = TextOfPlain(attribute);
     if (text == nullptr) return false;
     copy.setAttribute(attribute.getName(), text);
@@ -51,18 +56,18 @@ bool CopyAttributes(const DOMElement& source, DOMElement& copy) {
   return true;
 }
 
-DOMNode* CopyElement(DOMDocument& target, const DOMElement& source) {
+DOMNode* CopyElement(DOMDocument& target, const DOMElement& source, CopyNotes& notes) {
   if (source.getLocalName() != nullptr) return target.importNode(&source, false);
   XercesPtr<DOMElement> copy(target.createElement(source.getTagName()));
-  if (!CopyAttributes(source, *copy)) return target.importNode(&source, false);
+  if (!CopyAttributes(source, *copy, notes)) return target.importNode(&source, false);
   return copy.release();
 }
 
 // Copies a node without its children, but whole where children are not separate nodes of the copy.
-DOMNode* CopyOne(DOMDocument& target, const DOMNode& source, bool deep) {
+DOMNode* CopyOne(DOMDocument& target, const DOMNode& source, bool deep, CopyNotes& notes) {
   switch (source.getNodeType()) {
     case DOMNode::ELEMENT_NODE:
-      return CopyElement(target, static_cast<const DOMElement&>(source));
+      return CopyElement(target, static_cast<const DOMElement&>(source), notes);
     case DOMNode::TEXT_NODE:
       return target.createTextNode(source.getNodeValue());
     case DOMNode::CDATA_SECTION_NODE:
@@ -71,6 +76,9 @@ DOMNode* CopyOne(DOMDocument& target, const DOMNode& source, bool deep) {
       return target.createComment(source.getNodeValue());
     case DOMNode::PROCESSING_INSTRUCTION_NODE:
       return target.createProcessingInstruction(source.getNodeName(), source.getNodeValue());
+    case DOMNode::ENTITY_REFERENCE_NODE:
+      notes.entities.insert(ToUTF8(source.getNodeName()));
+      return target.importNode(&source, deep);
     default:
       return target.importNode(&source, deep);
   }
@@ -89,7 +97,7 @@ struct OpenElement {
 };
 
 // The stack of open elements is kept here, because asking a node for its parent is slow.
-void CopyDescendants(DOMDocument& target, const DOMNode& source, DOMNode& copy) {
+void CopyDescendants(DOMDocument& target, const DOMNode& source, DOMNode& copy, CopyNotes& notes) {
   std::vector<OpenElement> open = {{source.getFirstChild(), &copy}};
   while (!open.empty()) {
     OpenElement& parent = open.back();
@@ -99,7 +107,8 @@ void CopyDescendants(DOMDocument& target, const DOMNode& source, DOMNode& copy) 
       continue;
     }
     parent.next_child = child->getNextSibling();
-    DOMNode* child_copy = AppendOrThrow(*parent.copy, CopyOne(target, *child, true));
+    notes.n_levels = std::max(notes.n_levels, static_cast<int>(open.size()));
+    DOMNode* child_copy = AppendOrThrow(*parent.copy, CopyOne(target, *child, true, notes));
     if (child->getNodeType() == DOMNode::ELEMENT_NODE && child->getFirstChild() != nullptr) {
       open.push_back({child->getFirstChild(), child_copy});
     }
@@ -108,11 +117,13 @@ void CopyDescendants(DOMDocument& target, const DOMNode& source, DOMNode& copy) 
 
 }  // namespace
 
-DOMNode* CopyNode(DOMDocument& target, const DOMNode& source, bool deep) {
+DOMNode* CopyNode(DOMDocument& target, const DOMNode& source, bool deep, CopyNotes* notes) {
+  CopyNotes unheard;
+  CopyNotes& heard = notes == nullptr ? unheard : *notes;
   try {
-    XercesPtr<DOMNode> copy(CopyOne(target, source, deep));
+    XercesPtr<DOMNode> copy(CopyOne(target, source, deep, heard));
     if (deep && source.getNodeType() == DOMNode::ELEMENT_NODE) {
-      CopyDescendants(target, source, *copy);
+      CopyDescendants(target, source, *copy, heard);
     }
     return copy.release();
   } catch (const DOMException&) {

@@ -1,16 +1,15 @@
 #include "combiner/DomTree.h"
 
-#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/dom/DOMNode.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include "mcxprsutil/MCXDOMHelpers.h"
+#include "xml/AttributeText.h"
 
 namespace MCXPrsUtil {
 namespace {
 
-using XERCES_CPP_NAMESPACE::DOMAttr;
 using XERCES_CPP_NAMESPACE::DOMElement;
 using XERCES_CPP_NAMESPACE::DOMException;
 using XERCES_CPP_NAMESPACE::DOMNode;
@@ -28,15 +27,14 @@ DOMNode* NextInTree(const DOMNode* node, const DOMNode& root) {
 }  // namespace
 
 const XMLCh* AttributeReader::Of(const DOMElement& element) const {
-  const DOMAttr* attribute = element.getAttributeNode(name_.Get());
-  return attribute == nullptr ? nullptr : attribute->getValue();
+  return AttributeText(element, name_.Get());
 }
 
 DOMElement* DescendantWalk::Next() {
   for (DOMNode* node = NextInTree(last_, root_); node != nullptr; node = NextInTree(node, root_)) {
     if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
     auto* element = static_cast<DOMElement*>(node);
-    if (!XMLString::equals(element->getTagName(), name_.Get())) continue;
+    if (!finds_all_ && !XMLString::equals(element->getTagName(), name_.Get())) continue;
     last_ = element;
     return element;
   }

@@ -31,7 +31,11 @@ class AttributeReader {
 class DescendantWalk {
  public:
   DescendantWalk(const XERCES_CPP_NAMESPACE::DOMNode& root, const std::string& name)
-      : root_(root), name_(name.c_str()), last_(&root) {}
+      : root_(root), name_(name.c_str()), finds_all_(false), last_(&root) {}
+
+  // Finds every element, whatever its name.
+  explicit DescendantWalk(const XERCES_CPP_NAMESPACE::DOMNode& root)
+      : root_(root), name_(""), finds_all_(true), last_(&root) {}
 
   // Null at the end; then the walk is over.
   XERCES_CPP_NAMESPACE::DOMElement* Next();
@@ -39,6 +43,7 @@ class DescendantWalk {
  private:
   const XERCES_CPP_NAMESPACE::DOMNode& root_;
   Utf16Name name_;
+  bool finds_all_;
   const XERCES_CPP_NAMESPACE::DOMNode* last_;
 };
 

@@ -20,7 +20,8 @@ MCStatus MCXSplitPMMLCombiner::ExportMiningModel(const std::string& path) {
   state.mining_schema = nullptr;
   state.segmentation = nullptr;
   state.data_fields.ForgetNodes();
-  state.findings.ForgetSegments();
+  state.mining_fields.MarkExported();
+  state.findings.ForgetDocument();
   state.status = WriteDocToPMMLFile(document.get(), path);
   return state.status;
 }

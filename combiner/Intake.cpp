@@ -1,6 +1,9 @@
 // How a model gets in: as the first one, which gives the frame, or as a later one, which is merged.
+#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
+#include <xercesc/dom/DOMNamedNodeMap.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 #include "combiner/CombinerState.h"
 #include "mcxprsutil/MCPMMLTags.h"
@@ -8,6 +11,7 @@
 #include "mcxprsutil/MCXMLReadWrite.h"
 #include "mcxprsutil/MCXTranscoder.h"
 #include "xml/StatusCodes.h"
+#include "xml/Utf16Name.h"
 
 namespace MCXPrsUtil {
 namespace {
@@ -15,6 +19,9 @@ namespace {
 using MCCommon::MCStatus;
 using XERCES_CPP_NAMESPACE::DOMDocument;
 using XERCES_CPP_NAMESPACE::DOMElement;
+using XERCES_CPP_NAMESPACE::DOMNamedNodeMap;
+using XERCES_CPP_NAMESPACE::DOMNode;
+using XERCES_CPP_NAMESPACE::XMLString;
 
 constexpr unsigned int kNotInList = 0xFFFFFFFF;
 
@@ -43,12 +50,34 @@ void CompareVersions(const DOMElement& pmml, const DOMElement* combined, MergeFi
   if (here != first) findings.VersionDiffers(here, first);
 }
 
+// Copied names take their prefixes along, but not what these stand for.
+void CompareNamespaces(const DOMElement& pmml, const DOMElement* combined,
+                       MergeFindings& findings) {
+  if (combined == nullptr) return;
+  const Utf16Name xmlns(MCPMMLTags::XML_ATT_XMLNS.c_str());
+  const DOMNamedNodeMap* attributes = pmml.getAttributes();
+  for (XMLSize_t i = 0; i < attributes->getLength(); ++i) {
+    const DOMNode& declaration = *attributes->item(i);
+    if (!XMLString::startsWith(declaration.getNodeName(), xmlns.Get())) continue;
+    const std::string name = ToUTF8(declaration.getNodeName());
+    if (name != MCPMMLTags::XML_ATT_XMLNS && name[MCPMMLTags::XML_ATT_XMLNS.size()] != ':')
+      continue;
+    const XMLCh* there = GetAttribute(*combined, name.c_str());
+    const std::string here = ToUTF8(declaration.getNodeValue());
+    if (there == nullptr) {
+      findings.NamespaceMissing(name, here);
+    } else if (!XStrEqualsUTF8Str(there, here.c_str())) {
+      findings.NamespaceDiffers(name, here, ToUTF8(there));
+    }
+  }
+}
+
 }  // namespace
 
 MCStatus MCXSplitPMMLCombiner::AddModel(const std::string& path,
                                         const std::vector<std::string>& values) {
   if (path.empty() || values.empty()) return state_->status;
-  state_->findings.SetSource(path);
+  const FindingsSource source(state_->findings, path);
   state_->status = MCStatus();
   if (state_->var_list.Size() != values.size()) {
     state_->findings.KeptOut("the number of its split values is " + std::to_string(values.size()) +
@@ -90,24 +119,33 @@ MCStatus MCXSplitPMMLCombiner::FillCommonToMiningModel(DOMDocument* src,
                                                        const std::vector<std::string>& values) {
   State& state = *state_;
   if (state.doc == nullptr || src == nullptr) return MCStatus();
+  // There is a first model already, and all that is known of it must stay.
+  if (state.doc->getDocumentElement() != nullptr) return MCStatus();
   const DOMElement* pmml = GetPMML(src);
   const DOMElement* model = GetStandardModel(pmml);
+  ReportModelCount(pmml, model);
   if (MCStatus status = GetFunctionNameAtt(model, state.function_name); !status.IsOK()) {
     ReportRefusedModel(status, model);
     return status;
   }
+  if (state.data_fields.HasExported()) state.findings.CombinerUsedAgain();
   ReportParts(pmml, model);
   DOMElement* root = CopyPMML(pmml, false);
   CopyHeader(pmml, root, true);
   state.data_dict = CopyDataDict(pmml, root, true);
   DOMElement* mining_model = CreateMiningModel(root, state.function_name);
   state.mining_schema = CopyMiningSchema(model, mining_model, true);
-  if (state.data_dict == nullptr || state.mining_schema == nullptr) {
-    state.findings.SplitFieldsLeftOut();
+  const bool has_parts = state.data_dict != nullptr && state.mining_schema != nullptr;
+  if (mining_model != nullptr && !has_parts) {
+    state.findings.SplitFieldsLeftOut(state.data_dict != nullptr, state.mining_schema != nullptr);
   }
   InsertSplitVarsToMiningModel(state.data_dict, state.mining_schema);
   state.segmentation = CreateSegmentation(mining_model);
-  if (state.segmentation == nullptr) state.findings.NoSegment("its functionName is empty");
+  if (state.segmentation == nullptr) {
+    state.findings.NoSegment(
+        "its functionName is empty, so the combined document has no "
+        "MiningModel");
+  }
   InsertSegment(state.segmentation, model, GetTransDict(pmml), values);
   return MCStatus();
 }
@@ -118,6 +156,7 @@ MCStatus MCXSplitPMMLCombiner::MergeModelToMiningModel(DOMDocument* src,
   if (src == nullptr || values.empty()) return MCStatus();
   const DOMElement* pmml = GetPMML(src);
   const DOMElement* model = GetStandardModel(pmml);
+  ReportModelCount(pmml, model);
   if (MCStatus status = IsConsistentFunctionName(model); !status.IsOK()) {
     ReportRefusedModel(status, model);
     return status;
@@ -126,9 +165,8 @@ MCStatus MCXSplitPMMLCombiner::MergeModelToMiningModel(DOMDocument* src,
   UpdateDataDict(GetDataDict(pmml), state.data_dict);
   UpdateMiningSchema(GetMiningSchema(model), state.mining_schema);
   if (state.segmentation == nullptr) {
-    state.findings.KeptOut(
-        "the combined document has no Segmentation, as its first model was "
-        "refused or is incomplete");
+    const bool has_merged = state.data_dict != nullptr && GetDataDict(pmml) != nullptr;
+    state.findings.NoSegmentation(has_merged);
   } else if (model == nullptr) {
     state.findings.NoSegment("it has no model element that can be combined");
   }
@@ -167,13 +205,18 @@ void MCXSplitPMMLCombiner::ReportRefusedModel(MCStatus refusal, const DOMElement
   }
 }
 
+void MCXSplitPMMLCombiner::ReportModelCount(const DOMElement* pmml, const DOMElement* model) {
+  if (pmml == nullptr || model == nullptr) return;
+  const std::size_t count = CountModels(*pmml, state_->standard_models);
+  if (count > 1) state_->findings.SeveralModels(count, ToUTF8(model->getTagName()));
+}
+
 void MCXSplitPMMLCombiner::ReportParts(const DOMElement* pmml, const DOMElement* model) {
   MergeFindings& findings = state_->findings;
   if (pmml == nullptr) return;
-  const std::size_t n_models = CountModels(*pmml, state_->standard_models);
-  if (n_models > 1) findings.SeveralModels(n_models, ToUTF8(model->getTagName()));
   if (state_->doc != nullptr) {
     CompareVersions(*pmml, state_->doc->getDocumentElement(), findings);
+    CompareNamespaces(*pmml, state_->doc->getDocumentElement(), findings);
   }
   if (GetDataDict(pmml) == nullptr) findings.NoDictionary();
   if (model != nullptr && GetMiningSchema(model) == nullptr) findings.NoSchema();

@@ -4,8 +4,8 @@
 
 namespace MCPMMLTags {
 
-// Document element, version, namespace and schema location. The suffix 42 stands for PMML 4.3 on
-// purpose; no suffix stands for PMML 3.2.
+// Document element, version, namespace and schema location. The constants that
+// end in 42 hold the texts of PMML 4.3, which is no slip; those without a number hold PMML 3.2.
 const std::string XML_ELE_PMMLMODEL = "PMML";
 const std::string XML_ATT_VERSION = "version";
 const std::string XML_VAL_PMMLVERSION = "3.2";

@@ -6,7 +6,6 @@
 #include <optional>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 #include <xercesc/util/XercesDefs.hpp>
 
@@ -16,13 +15,33 @@ XERCES_CPP_NAMESPACE_END
 
 namespace MCXPrsUtil {
 
+// Where a text stands in a list that is only appended to.
+class TextIndex {
+ public:
+  // The position of the first text in `list` that equals `text`, or list.size(). Looks only at what
+  // was appended since the last call; the list must be the same one each time.
+  std::size_t PositionIn(const std::vector<std::string>& list, const std::string& text);
+
+ private:
+  std::unordered_map<std::string, std::size_t> positions_;
+  std::size_t n_indexed_ = 0;
+};
+
 // One "DataField" of the combined dictionary.
 struct OutputField {
-  XERCES_CPP_NAMESPACE::DOMNode* node;  // null once its document was exported
+  XERCES_CPP_NAMESPACE::DOMNode* node = nullptr;  // null once its document was exported
   std::optional<std::string> name;
   std::string optype;  // this and the next are empty where the field has none
   std::string data_type;
   std::vector<std::string> values;  // of its "Value" elements, in the order of recording
+  TextIndex values_index;           // empty until a value was searched for
+
+  // What it held when it was recorded, for findings.
+  std::string intervals;                                    // the texts of its "Interval" elements
+  bool had_values = false;                                  // whether it held a "Value"
+  std::unordered_map<std::string, std::string> properties;  // by value, where one is given
+  bool is_split_variable = false;
+  bool is_repeat = false;  // a field of the same document before it has the same name
 };
 
 // The fields of the combined dictionary in the order in which they were recorded. The list outlives
@@ -36,7 +55,7 @@ class OutputFields {
 
   // Null when no field has the name; else the first one of the current document that has it, or of
   // an earlier document if there is none.
-  const OutputField* Find(const std::string& name) const;
+  OutputField* Find(const std::string& name);
 
   // The number of fields that have a name, repeats included.
   int GetNNames() const { return n_names_; }
@@ -54,18 +73,31 @@ class OutputFields {
   bool has_exported_ = false;
 };
 
-// The names of the fields of the combined schema.
+// One "MiningField" of the combined schema.
+struct OutputName {
+  std::string name;
+  std::string usage;  // its "usageType"
+  bool is_split_variable = false;
+  bool is_exported = false;  // its document is gone
+  bool is_repeat = false;    // a field of the same document before it has the same name
+};
+
+// The named fields of the combined schema. The list outlives its document: a name stays known.
 class OutputNames {
  public:
-  void Append(const std::string& name);
+  void Append(OutputName name);
 
-  // Where the caller expects the name, if anywhere, is `expected`: a look at that place usually
-  // saves the conversion and the search.
-  bool Contains(const XMLCh* name, std::size_t expected) const;
+  // Null when the name is not known; else as OutputFields::Find(). Where the caller expects the
+  // name, if anywhere, is `expected`: a look at that place usually saves the conversion and the
+  // search.
+  const OutputName* Find(const XMLCh* name, std::size_t expected) const;
+
+  // Every field becomes one of a document that is gone.
+  void MarkExported();
 
  private:
-  std::vector<std::string> names_;
-  std::unordered_set<std::string> index_;
+  std::vector<OutputName> names_;
+  std::unordered_map<std::string, std::size_t> positions_;  // in names_
 };
 
 }  // namespace MCXPrsUtil

@@ -1,4 +1,5 @@
 // The segments of the combined document and the declarations of the split variables.
+#include <algorithm>
 #include <unordered_set>
 #include <xercesc/dom/DOMElement.hpp>
 
@@ -30,7 +31,23 @@ void ReportLostTransformations(const DOMElement& dictionary, MergeFindings& find
 }
 
 bool IsWellFormedUTF8(const std::string& text) {
-  return text.empty() || ToUTF16(text.c_str()).front() != 0;
+  return text.empty() || text.front() == 0 || ToUTF16(text.c_str()).front() != 0;
+}
+
+// True if well-formed UTF-8 text holds a character that no XML 1.0 document can hold: a control
+// other than tab, line feed and carriage return, U+FFFE or U+FFFF.
+bool HasUnwritableCharacter(const std::string& text) {
+  for (const XMLCh unit : ToUTF16(text.c_str())) {
+    if (unit == 0) break;
+    const bool is_space = unit == 0x09 || unit == 0x0A || unit == 0x0D;
+    if ((unit < 0x20 && !is_space) || unit >= 0xFFFE) return true;
+  }
+  return false;
+}
+
+bool IsUnwritable(const SplitVariable& variable) {
+  return HasUnwritableCharacter(variable.name) || HasUnwritableCharacter(variable.label) ||
+         std::any_of(variable.values.begin(), variable.values.end(), HasUnwritableCharacter);
 }
 
 }  // namespace
@@ -49,15 +66,13 @@ void MCXSplitPMMLCombiner::InsertSplitVarsToMiningModel(DOMNode* dict, DOMNode* 
     RecordDataField(*field);
   }
   UpdateNumOfDataFields(dict, state_->data_fields.GetNNames());
-  std::vector<const DOMElement*> elements;
-  std::vector<std::string> names;
-  ReadNamesOfMiningFields(schema_element, elements, names);
-  for (const std::string& name : names) state_->mining_fields.Append(name);
+  for (const DOMElement* field : ChildElements(*schema, MCPMMLTags::XML_ELE_MININGFIELD)) {
+    RecordMiningField(*field);
+  }
 }
 
 void MCXSplitPMMLCombiner::ReportFirstFields(const DOMNode& dict, const DOMElement* schema) {
   MergeFindings& findings = state_->findings;
-  if (state_->data_fields.HasExported()) findings.CombinerUsedAgain();
   std::vector<DOMNode*> nodes;
   std::vector<std::string> data_names;
   EnumDataFields(&dict, nodes, data_names);
@@ -84,6 +99,7 @@ void MCXSplitPMMLCombiner::InsertDataFieldElem(DOMElement* dict, int pos) {
   if (variable == nullptr) return;
   DOMElement* field = AppendNew(dict, MCPMMLTags::XML_ELE_DATAFIELD);
   if (field == nullptr) return;
+  if (IsUnwritable(*variable)) state_->findings.DeclarationUnwritable(variable->name);
   Set(*field, MCPMMLTags::XML_ATT_NAME, variable->name);
   Set(*field, MCPMMLTags::XML_ATT_DISPLAYNAME, variable->label);
   Set(*field, MCPMMLTags::XML_ATT_OPTYPE, variable->optype);
@@ -125,21 +141,33 @@ DOMNode* MCXSplitPMMLCombiner::InsertSegment(DOMNode* segmentation, const DOMEle
 }
 
 void MCXSplitPMMLCombiner::ReportSegment(const std::vector<std::string>& values) {
-  MergeFindings& findings = state_->findings;
+  TestedTexts texts;
   for (std::size_t i = 0; i < values.size(); ++i) {
     const std::string name = GetSplitVarName(static_cast<int>(i));
-    if (name.empty()) continue;
-    if (values[i].empty()) {
-      findings.SplitValueEmpty(name, values.size() == 1);
-      continue;
-    }
-    if (!IsWellFormedUTF8(values[i])) findings.SplitValueMalformed(name);
-    const auto known = state_->split_categories.find(name);
-    if (known != state_->split_categories.end() && known->second.count(values[i]) == 0) {
-      findings.SplitValueUnknown(name, values[i]);
-    }
+    const bool is_tested = !name.empty() && !values[i].empty();
+    texts.push_back(is_tested ? TestedTexts::value_type(ReportSplitValue(name, values[i]))
+                              : std::nullopt);
+    if (!is_tested && !name.empty()) state_->findings.SplitValueEmpty(name, values.size() == 1);
   }
-  findings.CheckRepeatedSegment(values);
+  state_->findings.CheckRepeatedSegment(texts);
+}
+
+// Returns the text that the predicate gets.
+std::string MCXSplitPMMLCombiner::ReportSplitValue(const std::string& variable,
+                                                   const std::string& value) {
+  MergeFindings& findings = state_->findings;
+  const std::string written = value.substr(0, value.find('\0'));
+  if (written.size() < value.size()) findings.SplitValueCut(variable);
+  if (!IsWellFormedUTF8(written)) {
+    findings.SplitValueMalformed(variable);
+    return std::string();
+  }
+  if (HasUnwritableCharacter(written)) findings.SplitValueUnwritable(variable);
+  const auto known = state_->split_categories.find(variable);
+  if (known != state_->split_categories.end() && known->second.count(value) == 0) {
+    findings.SplitValueUnknown(variable, written);
+  }
+  return written;
 }
 
 DOMNode* MCXSplitPMMLCombiner::InsertPredicate(DOMNode* segment,
@@ -177,9 +205,10 @@ DOMElement* MCXSplitPMMLCombiner::CopyTransDictToLocal(const DOMElement* transDi
   if (transDict == nullptr || model == nullptr) return nullptr;
   const std::string& local_name = MCXPrsUtilTags::XML_ELE_LocalTransformations;
   const bool has_local = GetFirstChildElmt(*model, local_name.c_str()) != nullptr;
-  // Last, although PMML puts it before the model's body: readers of these documents expect it here.
+  // The order is on purpose: last, although PMML's schema puts it before the model's body.
   DOMElement* local = AppendNew(model, local_name);
   if (local == nullptr) return nullptr;
+  state_->findings.LocalTransformationsLast();
   if (has_local) state_->findings.LocalTransformationsTwice();
   for (const DOMElement* field : ChildElements(*transDict, MCPMMLTags::XML_ELE_DERIVEDFIELD)) {
     CopyTo(field, local, true);

@@ -12,6 +12,7 @@
 #include "mcxprsutil/MCXDOMHelpers.h"
 #include "mcxprsutil/MCXTranscoder.h"
 #include "xml/StatusCodes.h"
+#include "xml/TreeDepth.h"
 
 namespace MCXPrsUtil {
 namespace {
@@ -25,6 +26,14 @@ using XERCES_CPP_NAMESPACE::XMLPlatformUtils;
 
 DOMElement* ChildOf(const DOMNode* parent, const std::string& name) {
   return parent == nullptr ? nullptr : GetFirstChildElmt(*parent, name.c_str());
+}
+
+void ReportCopy(const CopyNotes& notes, const DOMNode& copy, MergeFindings& findings) {
+  for (const std::string& entity : notes.entities) findings.EntityUndeclared(entity);
+  if (notes.lacks_defaults) findings.DefaultsLost();
+  if (notes.n_levels > kDeepestWrittenLevel - LevelOf(copy)) {
+    findings.TooDeep(kDeepestWrittenLevel);
+  }
 }
 
 }  // namespace
@@ -87,8 +96,11 @@ DOMDocument* MCXSplitPMMLCombiner::CreateEmptyMiningModel(bool& created) {
 
 DOMNode* MCXSplitPMMLCombiner::CopyTo(const DOMNode* source, DOMNode* dest, bool deep) {
   if (source == nullptr || dest == nullptr || state_->doc == nullptr) return nullptr;
-  DOMNode* copy = CopyNode(*state_->doc, *source, deep);
-  return copy == nullptr ? nullptr : AppendOrRelease(*dest, copy);
+  CopyNotes notes;
+  DOMNode* copy = CopyNode(*state_->doc, *source, deep, &notes);
+  if (copy == nullptr || AppendOrRelease(*dest, copy) == nullptr) return nullptr;
+  ReportCopy(notes, *copy, state_->findings);
+  return copy;
 }
 
 DOMElement* MCXSplitPMMLCombiner::AppendNew(DOMNode* parent, const std::string& name) {

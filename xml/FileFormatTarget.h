@@ -39,7 +39,7 @@ class FileFormatTarget final : public XERCES_CPP_NAMESPACE::XMLFormatTarget {
   const std::string& GetErrorText() const { return error_text_; }
 
  private:
-  static constexpr std::size_t kBufferBytes = 64 * 1024;
+  static constexpr std::size_t kBufferBytes = std::size_t{64} * 1024;
 
   void WriteOut(const XMLByte* bytes, std::size_t count);
   void CloseFile();

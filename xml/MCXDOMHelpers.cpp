@@ -1,7 +1,6 @@
 #include "mcxprsutil/MCXDOMHelpers.h"
 
 #include <cstddef>
-#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/dom/DOMException.hpp>
@@ -9,6 +8,7 @@
 
 #include "mccommon/MCFormat.h"
 #include "mcxprsutil/MCXTranscoder.h"
+#include "xml/AttributeText.h"
 #include "xml/NumberText.h"
 #include "xml/Utf16Name.h"
 #include "xml/VendorExtender.h"
@@ -16,7 +16,6 @@
 
 namespace MCXPrsUtil {
 
-using XERCES_CPP_NAMESPACE::DOMAttr;
 using XERCES_CPP_NAMESPACE::DOMDocument;
 using XERCES_CPP_NAMESPACE::DOMElement;
 using XERCES_CPP_NAMESPACE::DOMException;
@@ -127,7 +126,7 @@ DOMElement* GetFirstChildElmt(const DOMNode& n, const char* name) {
   return FirstMatch(n.getFirstChild(), name);
 }
 
-// Table order decides, not document order: callers rank alternatives by position.
+// One pass over the children per entry, not one over all: the table is in order of preference.
 DOMElement* GetFirstChildElmt(const DOMNode& n, const NameEntry* table, unsigned long& index) {
   index = 0;
   for (unsigned long i = 0; table[i].second; ++i) {
@@ -148,8 +147,7 @@ DOMElement* GetNextSiblingExtension(const DOMNode& n, const char* name) {
 }
 
 const XMLCh* GetAttribute(const DOMElement& e, const char* name) {
-  const DOMAttr* attribute = e.getAttributeNode(Utf16Name(name).Get());
-  return attribute ? attribute->getValue() : nullptr;
+  return AttributeText(e, Utf16Name(name).Get());
 }
 
 const XMLCh* GetAttribute(const DOMNode& n, const char* name) {

@@ -12,6 +12,7 @@
 #include "xml/FileFormatTarget.h"
 #include "xml/ParseErrorRecorder.h"
 #include "xml/StatusCodes.h"
+#include "xml/TreeDepth.h"
 #include "xml/XercesPtr.h"
 
 namespace MCXPrsUtil {
@@ -143,6 +144,11 @@ MCStatus MCXMLReadWrite::WriteFromDOM(const std::string& fileName, const DOMDocu
   const DOMDocument* source = doc ? doc : document_;
   if (!init_status_.IsOK() || !source) return init_status_;
   xerces_message_.clear();
+  if (IsTooDeep(*source)) {
+    xerces_message_ = "the document is nested deeper than " + std::to_string(kDeepestWrittenLevel) +
+                      " levels and cannot be written";
+    return Failure(kWriteFailed);
+  }
 
   DOMImplementation* implementation = GetLoadSaveImplementation();
   XercesPtr<DOMLSSerializer> serializer = MakeSerializer(*implementation);

@@ -49,7 +49,7 @@ bool ParsePlainDouble(const XMLCh* first, const XMLCh* last, double& value) {
   const auto count = static_cast<std::size_t>(last - first);
   if (count > kPlainChars) return false;
 
-  char text[kPlainChars];
+  char text[kPlainChars] = {};
   for (std::size_t i = 0; i < count; ++i) {
     if (!IsPlainUnit(first[i])) return false;
     text[i] = static_cast<char>(first[i]);

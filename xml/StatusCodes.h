@@ -30,7 +30,7 @@ enum StatusCode : int {
   kNoParameterValue = 123,       // Absent: the parameter is there without a value
   kFunctionNameDiffers = 124,    // a later split model has another "functionName"
   kIsMiningModel = 125,          // a split model is a "MiningModel" itself
-  kSplitValuesMismatch = 126,    // the split values do not match the split variables
+  kSplitValuesMismatch = 126,    // wrong number of split values, or one that no variable has
 };
 
 // An error.

@@ -1,13 +1,11 @@
 // Owners of what Xerces hands out.
 //
-// Xerces has three ways to give an object back: release() (DOM documents, serializers), plain
-// delete (parsers, transcoders: std::unique_ptr as it is), and deallocation by the memory manager
-// (strings).
+// Xerces has two ways to give an object back: release() (DOM documents, serializers) and plain
+// delete (parsers, transcoders: std::unique_ptr as it is).
 #ifndef MCXPRSUTIL_XML_XERCESPTR_H
 #define MCXPRSUTIL_XML_XERCESPTR_H
 
 #include <memory>
-#include <xercesc/util/XMLString.hpp>
 
 namespace MCXPrsUtil {
 
@@ -21,17 +19,6 @@ struct XercesRelease {
 // Calls release(). A DOM document must be released before the XML platform is terminated.
 template <class T>
 using XercesPtr = std::unique_ptr<T, XercesRelease>;
-
-struct XercesStringRelease {
-  template <class Char>
-  void operator()(Char* text) const {
-    XERCES_CPP_NAMESPACE::XMLString::release(&text);
-  }
-};
-
-// Owns a string from XMLString::transcode() or XMLString::replicate().
-template <class Char>
-using XercesString = std::unique_ptr<Char, XercesStringRelease>;
 
 }  // namespace MCXPrsUtil
 

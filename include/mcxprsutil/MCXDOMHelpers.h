@@ -74,8 +74,8 @@ MCXPRSUTIL_EXPORT XERCES_CPP_NAMESPACE::DOMElement* GetNextSiblingElmt(
 MCXPRSUTIL_EXPORT XERCES_CPP_NAMESPACE::DOMElement* GetFirstChildElmt(
     const XERCES_CPP_NAMESPACE::DOMNode& n, const char* name);
 
-/// Finds a child element by a list of alternatives. The order of the table decides, not the order
-/// of the document: the first entry that has a child wins.
+/// Finds a child element by a list of alternative names, best first: an earlier entry beats a later
+/// one even where its element stands further back in the document.
 ///
 /// @param n the parent.
 /// @param table (code, UTF-8 name) pairs up to an entry whose name is null; must not be null.
@@ -100,6 +100,7 @@ MCXPRSUTIL_EXPORT XERCES_CPP_NAMESPACE::DOMElement* GetNextSiblingExtension(
 
 /// @}
 /// @name Attributes
+/// `name` must not be null.
 /// @{
 
 /// @return the attribute's value, which lives as long as the attribute is not changed; null when
@@ -141,7 +142,7 @@ MCXPRSUTIL_EXPORT int GetIntAttribute(const XERCES_CPP_NAMESPACE::DOMElement& e,
 /// Sets an attribute, adding it if it is absent.
 ///
 /// @param e the element.
-/// @param name the attribute's name; must not be null.
+/// @param name the attribute's name.
 /// @param value its text; must not be null.
 /// @return false, with the element unchanged, when the document refuses (no XML name, read-only).
 MCXPRSUTIL_EXPORT bool SetAttribute(XERCES_CPP_NAMESPACE::DOMElement& e, const char* name,
@@ -166,6 +167,7 @@ MCXPRSUTIL_EXPORT bool AssembleDoublesList(const XERCES_CPP_NAMESPACE::DOMElemen
 
 /// @}
 /// @name Building
+/// `name` must not be null.
 /// @{
 
 /// Makes an element. It belongs to the document but stands nowhere in it.
@@ -191,7 +193,8 @@ MCXPRSUTIL_EXPORT bool InsertElement(XERCES_CPP_NAMESPACE::DOMElement& parent,
                                      XERCES_CPP_NAMESPACE::DOMElement* refChild);
 
 /// Puts `newChild` in the place of `oldChild`. The old child is taken out but not released: it
-/// still belongs to the document.
+/// still belongs to the document. A child put in its own place changes nothing, and the result is
+/// true.
 ///
 /// @return false, with nothing changed, when the document refuses: see InsertElement(); a null
 ///         `oldChild` is refused too.

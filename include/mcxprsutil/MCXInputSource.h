@@ -19,10 +19,12 @@ namespace MCXPrsUtil {
 /// directory.
 ///
 /// A stream that ends early, or goes bad, is the end of the document to the parser. A stream that
-/// is set to throw (`std::ios::exceptions`) throws through the parser to the caller of the parse.
+/// is set to throw (`std::ios::exceptions`) throws through the parser to the caller of the parse,
+/// unless what was read before is malformed already: then the parse ends with that, and the
+/// exception may stay unthrown.
 ///
 /// The XML platform must be initialised (for example by a living MCXMLReadWrite) before a source is
-/// made and as long as it lives. One source is used by one thread at a time.
+/// made and as long as it lives. Do not use one source on two threads at once.
 class MCXPRSUTIL_EXPORT MCXInputSource : public XERCES_CPP_NAMESPACE::InputSource {
  public:
   /// Makes a source that reads from `in`, which is borrowed.

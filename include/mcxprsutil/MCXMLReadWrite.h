@@ -28,8 +28,8 @@ namespace MCXPrsUtil {
 /// are expanded, external ones included. Do not hand it documents from a source that you do not
 /// trust.
 ///
-/// An object is used by one thread at a time. Constructing and destroying objects on several
-/// threads at once is not supported by the XML library.
+/// Do not call one object from two threads at once. The XML library does not support that objects
+/// are constructed or destroyed on several threads at the same time.
 class MCXPRSUTIL_EXPORT MCXMLReadWrite {
  public:
   /// Initialises the XML platform. An XMLException becomes the status that GetInitStatus() tells;
@@ -61,9 +61,9 @@ class MCXPRSUTIL_EXPORT MCXMLReadWrite {
   /// still gave a document is no failure here: see IsWellFormed().
   std::string GetXercesMessage() const;
 
-  /// Parses a file and replaces the current document.
+  /// Reads a document from a file.
   ///
-  /// Every node of the previous document is destroyed, whatever the result.
+  /// The document that was held before dies with all its nodes, even if the file cannot be read.
   ///
   /// Malformed XML gives OK as long as the parser kept something: the document then holds what
   /// stood before the error, possibly without a root element. IsWellFormed() tells.
@@ -73,19 +73,21 @@ class MCXPRSUTIL_EXPORT MCXMLReadWrite {
   /// parse.
   ///
   /// @param fileName path or system identifier of the file; never XML text.
-  /// @return OK; 103 if the platform or the parser could not start; 104 if the file could not be
-  ///         opened, parsing threw an XMLException, or there is no document
-  ///         (GetXercesMessage() says why).
+  /// @return OK;
+  ///         103 if the platform is not up, or no parser could be made;
+  ///         104 if there is no such file, the parser ended with an XMLException, or it left no
+  ///             document; GetXercesMessage() has the reason.
   MCCommon::MCStatus ParseToDOM(const std::string& fileName);
 
-  /// Parses the rest of a stream and replaces the current document.
+  /// Reads a document from the rest of a stream; otherwise as for a file.
   ///
   /// @param in read from its position to its end; not closed. An exception that the stream is set
-  ///        to throw passes to the caller.
+  ///        to throw passes to the caller, unless what was read before it is malformed already:
+  ///        then the parse ends as for any malformed XML.
   /// @return as ParseToDOM(const std::string&).
   MCCommon::MCStatus ParseToDOM(std::istream& in);
 
-  /// Parses a file, or a stream when there is no file name, and replaces the current document.
+  /// Reads a document from a file, or from a stream when there is no file name.
   ///
   /// @param fileName path or system identifier, zero-terminated; null to parse `*in`.
   /// @param in the stream, used only when `fileName` is null; borrowed.
@@ -103,7 +105,8 @@ class MCXPRSUTIL_EXPORT MCXMLReadWrite {
   ///
   /// @param fileName path of the file, which is replaced.
   /// @param doc the document, borrowed; null writes the current document.
-  /// @return OK; 103 if the platform could not start; 118 if serialising threw, or the file
+  /// @return OK; 103 if the platform could not start; 118 if the document is nested deeper than
+  ///         10000 levels (no file is created then), serialising threw, or the file
   ///         refused data while it was written or closed (GetXercesMessage() has the message of an
   ///         XMLException, and is empty for other exceptions).
   MCCommon::MCStatus WriteFromDOM(const std::string& fileName,

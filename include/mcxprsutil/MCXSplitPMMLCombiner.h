@@ -83,7 +83,17 @@ class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
   ///
   /// With an empty path or no values nothing happens. A model that is refused leaves the combined
   /// document as it was, with one exception: when the first file is refused with 125 or 108, an
-  /// empty document stays behind, to which later calls add nothing although they return OK.
+  /// empty document stays behind, to which later calls add nothing. They return OK; in a combiner
+  /// that has exported a document before, they compare with the "functionName" of that one and may
+  /// return 124, 125 or 108.
+  ///
+  /// A model that is accepted may still make the document one that cannot be written: if it is
+  /// nested too deep (level 10000 of the combined document is the last), or if a split value or a
+  /// category holds a character that XML cannot hold. GetDiagnostics() tells so at once.
+  ///
+  /// An exception of the parser that is no XMLException (a DOMException for an XML version other
+  /// than 1.0 and 1.1) passes and leaves the combined document as it was. Memory shortage passes
+  /// as well, and may leave half a model in it; do not go on with such a combiner.
   ///
   /// A later file without a model element adds to the dictionary but gets no segment.
   ///
@@ -107,7 +117,8 @@ class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
   /// @param path the file, which is replaced. With an empty path nothing is written, which is OK,
   ///        and the document is lost.
   /// @return the status of the previous operation if there is no document; else that of
-  ///         WriteDocToPMMLFile(), whose exception passes as well.
+  ///         WriteDocToPMMLFile(), whose exception passes as well. 118 is also what a document gets
+  ///         that is nested too deep or holds a character that XML cannot hold: see AddModel().
   MCCommon::MCStatus ExportMiningModel(const std::string& path);
 
   /// The status of the last AddModel() or ExportMiningModel(); OK after construction.
@@ -116,15 +127,17 @@ class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
   /// The number of segments added so far.
   int GetNModels() const;
 
-  /// What a careful person would want to know about the merges so far, one English sentence in
-  /// UTF-8 per finding, in the order in which they were found; most start with the path of the file
-  /// that they are about.
+  /// What the merges so far did that their results do not show, one English sentence in UTF-8 per
+  /// finding, in the order in which they were found; most start with the path of the file that they
+  /// are about.
   ///
   /// Findings change no result. They are told once per model and field: models that are kept out
-  /// and why, values that went to another field because the dictionaries differ in order, types
-  /// that differ, split values that are unknown, empty or used twice, fields without a name, parts
-  /// of a file that are missing or not taken over. The list grows over the life of the combiner and
-  /// is never cleared.
+  /// and why; values that went to another field because the dictionaries differ in order; types,
+  /// intervals, properties of values and usage types that differ from the field's first occurrence,
+  /// which stays; split values that are unknown, empty or used twice; fields without a name; parts
+  /// of a file that are missing, not taken over, or in need of a namespace or an entity that the
+  /// combined document does not declare; what makes the document invalid or impossible to write.
+  /// The list grows over the life of the combiner and is never cleared.
   const std::vector<std::string>& GetDiagnostics() const;
 
   /// Writes nothing.
@@ -219,7 +232,8 @@ class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
                                         const MCXMLReadWrite& reader,
                                         const std::vector<std::string>& values);
 
-  /// Builds the combined document from the first model, with its segment.
+  /// Builds the combined document from the first model, with its segment. Does nothing if the
+  /// combined document has a root element already.
   ///
   /// @return OK, also when `src` is null or there is no combined document; 125 or 108 as
   ///         GetFunctionNameAtt(), with nothing added.
@@ -428,16 +442,21 @@ class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
   void RecordDataField(XERCES_CPP_NAMESPACE::DOMNode& field);
   void MergeDataField(const SourceField& field, XERCES_CPP_NAMESPACE::DOMNode& dict,
                       bool& order_told);
-  std::vector<std::string> MergeValues(const SourceField& field);
+  std::vector<std::string> MergeValues(
+      const SourceField& field, const std::vector<const XERCES_CPP_NAMESPACE::DOMElement*>& values);
+  void RecordMiningField(const XERCES_CPP_NAMESPACE::DOMElement& field);
 
   // Findings.
   void ReportRefusedModel(MCCommon::MCStatus refusal,
                           const XERCES_CPP_NAMESPACE::DOMElement* model);
+  void ReportModelCount(const XERCES_CPP_NAMESPACE::DOMElement* pmml,
+                        const XERCES_CPP_NAMESPACE::DOMElement* model);
   void ReportParts(const XERCES_CPP_NAMESPACE::DOMElement* pmml,
                    const XERCES_CPP_NAMESPACE::DOMElement* model);
   void ReportFirstFields(const XERCES_CPP_NAMESPACE::DOMNode& dict,
                          const XERCES_CPP_NAMESPACE::DOMElement* schema);
   void ReportSegment(const std::vector<std::string>& values);
+  std::string ReportSplitValue(const std::string& variable, const std::string& value);
 
   std::unique_ptr<State> state_;
 };

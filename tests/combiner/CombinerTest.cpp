@@ -6,12 +6,21 @@
 #include <iterator>
 #include <sstream>
 #include <utility>
+#include <xercesc/util/XMLString.hpp>
 
 #include "mcxprsutil/MCXDOMHelpers.h"
 #include "mcxprsutil/MCXTranscoder.h"
 #include "xml/XercesPtr.h"
 
 namespace combiner_test {
+namespace {
+
+// A string that the XML library allocated.
+struct StringRelease {
+  void operator()(XMLCh* text) const { xercesc::XMLString::release(&text); }
+};
+
+}  // namespace
 
 using MCMTD_NAMESPACE::IMCVariable;
 using MCXPrsUtil::MCXMLReadWrite;
@@ -122,7 +131,7 @@ std::string TextOf(const DOMNode* node) {
   const MCXPrsUtil::XercesPtr<xercesc::DOMLSSerializer> serializer(
       implementation->createLSSerializer());
   serializer->getDomConfig()->setParameter(xercesc::XMLUni::fgDOMXMLDeclaration, false);
-  const MCXPrsUtil::XercesString<XMLCh> text(serializer->writeToString(node));
+  const std::unique_ptr<XMLCh, StringRelease> text(serializer->writeToString(node));
   return ToUTF8(text.get());
 }
 

@@ -74,7 +74,7 @@ TEST_F(CombinerDiagnostics, ValuesThatWentToAnotherField) {
 }
 
 TEST_F(CombinerDiagnostics, ALongListOfValuesIsCut) {
-  AddFirst(Field("a", {}) + Field("b", {}));
+  AddFirst(Field("a", {}) + Field("b", {"7"}));
   AddSecond(Field("b", {"1", "2", "3", "4", "5", "6", "7"}));
   EXPECT_THAT(Findings(),
               ElementsAre("second: field \"b\" stands at position 1, where the combined dictionary "
@@ -116,7 +116,11 @@ TEST_F(CombinerDiagnostics, ValuesWithoutAFieldToGoTo) {
   AddSecond("<DataField name='a'/><DataField name='region'/>" + Field("a", {"2"}));
   EXPECT_THAT(Findings(),
               ElementsAre(testing::HasSubstr("optype"), testing::HasSubstr("dataType"),
-                          testing::HasSubstr("optype"), testing::HasSubstr("dataType"),
+                          testing::HasSubstr("lists no values"), testing::HasSubstr("optype"),
+                          testing::HasSubstr("dataType"),
+                          "second: the dictionary declares the split variable \"region\" itself, "
+                          "which the combined dictionary declares already.",
+                          testing::HasSubstr("lists no values"),
                           "second: the values of field \"a\" were not merged, because the combined "
                           "dictionary has no field at position 3."));
 }
@@ -193,9 +197,14 @@ TEST_F(CombinerDiagnostics, AnEmptySplitValueAmongOthers) {
 
 TEST_F(CombinerDiagnostics, ASplitValueThatIsNotUTF8) {
   AddPmml("a", Pmml(), {"\xFF"});
-  EXPECT_THAT(Findings(), ElementsAre("a: the split value of \"region\" is not well-formed UTF-8 "
-                                      "and was written as an empty text.",
-                                      testing::HasSubstr("no category")));
+  AddPmml("b", Pmml(), {"\xFE"});
+  EXPECT_THAT(Findings(),
+              ElementsAre("a: the split value of \"region\" is not well-formed UTF-8 and was "
+                          "written as an empty text.",
+                          testing::HasSubstr("not well-formed"),
+                          "b: the split values \"\" were added before from a; this later segment "
+                          "can never be selected."))
+      << "what is written counts";
 }
 
 TEST_F(CombinerDiagnostics, AVariableThatIsMissingOrHasNoName) {
@@ -213,7 +222,35 @@ TEST_F(CombinerDiagnostics, AFirstFileWithoutDictionary) {
   EXPECT_THAT(Findings(),
               ElementsAre("a: the document has no DataDictionary.",
                           "a: the combined document does not declare the split variables, because "
-                          "the first file lacks a DataDictionary or its model a MiningSchema."));
+                          "the first file lacks a DataDictionary or its model a MiningSchema; "
+                          "nothing is recorded of this file, so the fields of later files are "
+                          "appended even where its MiningSchema has them, and no later dictionary "
+                          "is taken over."));
+}
+
+TEST_F(CombinerDiagnostics, AFirstFileWithoutSchema) {
+  const std::string model = "<TreeModel functionName='classification'/>";
+  AddText("a", "<PMML>" + Pmml().Dictionary() + model + "</PMML>", {"North"});
+  EXPECT_THAT(Findings(),
+              ElementsAre("a: the model has no MiningSchema.",
+                          "a: the combined document does not declare the split variables, because "
+                          "the first file lacks a DataDictionary or its model a MiningSchema; "
+                          "nothing is recorded of this file, so the fields of later files are "
+                          "appended even where its DataDictionary has them, numberOfFields counts "
+                          "only those, and no later schema is taken over."));
+  AddPmml("b", Pmml(), {"South"});
+  EXPECT_EQ(
+      combiner_test::AttributeOf(
+          combiner_test::FindElement(Combiner().Document(), "DataDictionary"), "numberOfFields"),
+      "1")
+      << "as the finding says";
+}
+
+TEST_F(CombinerDiagnostics, AFirstFileWithNeither) {
+  AddText("a", "<PMML><TreeModel functionName='classification'/></PMML>", {"North"});
+  EXPECT_THAT(Findings(),
+              testing::Contains(testing::EndsWith(
+                  "so the dictionaries and schemas of later files are not taken over.")));
 }
 
 TEST_F(CombinerDiagnostics, ALaterFileWithoutDictionaryOrSchema) {
@@ -242,7 +279,10 @@ TEST_F(CombinerDiagnostics, SeveralModelsInOneFile) {
   AddText("a", "<PMML>" + Pmml().Dictionary() + "<TextModel/>" + Pmml().Model() + "</PMML>",
           {"North"});
   EXPECT_THAT(Findings(),
-              ElementsAre("a: the model was kept out: its TextModel has no functionName."));
+              ElementsAre("a: the document holds 2 model elements; only its first TextModel was "
+                          "looked at.",
+                          "a: the model was kept out: its TextModel has no functionName."))
+      << "also when the file is refused";
   combiner_.reset();
   AddText("b", "<PMML>" + Pmml().Dictionary() + Pmml().Model() + Pmml().Model() + "</PMML>",
           {"North"});
@@ -267,10 +307,26 @@ TEST_F(CombinerDiagnostics, TransformationsThatAreNotTakenOver) {
   pmml.body = "<LocalTransformations/><Node/>";
   AddPmml("a", pmml, {"North"});
   EXPECT_THAT(Findings(),
-              ElementsAre("a: the model has LocalTransformations of its own, so its segment has "
+              ElementsAre("a: derived fields are put into LocalTransformations at the end of the "
+                          "model, where the PMML schema does not allow them; a validating reader "
+                          "will refuse the combined document.",
+                          "a: the model has LocalTransformations of its own, so its segment has "
                           "two.",
                           "a: the TransformationDictionary holds DefineFunction, which is not "
                           "taken over into the segment."));
+}
+
+TEST_F(CombinerDiagnostics, LocalTransformationsLastAreToldOncePerDocument) {
+  Pmml pmml;
+  pmml.transformations =
+      "<TransformationDictionary><DerivedField name='d'/></TransformationDictionary>";
+  const auto last = testing::HasSubstr("a validating reader will refuse");
+  AddPmml("a", pmml, {"North"});
+  AddPmml("b", pmml, {"South"});
+  EXPECT_THAT(Findings(), ElementsAre(last));
+  static_cast<void>(Combiner().ExportMiningModel(""));
+  AddPmml("c", pmml, {"North"});
+  EXPECT_THAT(Findings(), ElementsAre(last, testing::HasSubstr("exported"), last));
 }
 
 TEST_F(CombinerDiagnostics, AModelIsKeptOutForEachRefusal) {
@@ -317,15 +373,284 @@ TEST_F(CombinerDiagnostics, ModelsAfterARefusedFirstOne) {
               ElementsAre("a: the model was kept out: it has no model element that can be "
                           "combined.",
                           "b: the model was kept out: the combined document has no Segmentation, "
-                          "as its first model was refused or is incomplete."));
+                          "as its first model was refused or has an empty functionName."));
 }
 
 TEST_F(CombinerDiagnostics, AFirstModelWithAnEmptyFunctionName) {
   Pmml pmml;
   pmml.model_attributes = "functionName=''";
   AddPmml("a", pmml, {"North"});
-  EXPECT_THAT(Findings(), testing::Contains("a: no segment was added for this file: its "
-                                            "functionName is empty."));
+  Pmml later;
+  later.fields = Field("new", {"1"});
+  AddPmml("b", later, {"South"});
+  AddText("c", "<PMML version='4.1'>" + Pmml().Model() + "</PMML>", {"South"});
+  EXPECT_THAT(
+      Findings(),
+      ElementsAre("a: no segment was added for this file: its functionName is empty, so the "
+                  "combined document has no MiningModel.",
+                  "b: no segment was added for this file: the combined document has no "
+                  "Segmentation, as its first model was refused or has an empty functionName.",
+                  "c: the document has no DataDictionary.",
+                  "c: the model was kept out: the combined document has no Segmentation, as its "
+                  "first model was refused or has an empty functionName."))
+      << "the dictionary of b was merged, so it was not kept out";
+}
+
+TEST_F(CombinerDiagnostics, DifferencesFromTheFirstOccurrence) {
+  const struct {
+    const char* rule;
+    const char* first;
+    const char* second;
+    Strings findings;
+  } kRows[] = {
+      {"equal intervals",
+       "<DataField name='a'><Interval closure='openOpen' leftMargin='0' "
+       "rightMargin='1'/></DataField>",
+       "<DataField name='a'>\n<Interval rightMargin='1' leftMargin='0' "
+       "closure='openOpen'/></DataField>",
+       {}},
+      {"another margin",
+       "<DataField name='a'><Interval closure='openOpen' leftMargin='0'/></DataField>",
+       "<DataField name='a'><Interval closure='openOpen' leftMargin='1'/></DataField>",
+       {"second: the intervals of field \"a\" differ from those in the combined dictionary, which "
+        "are kept."}},
+      {"no intervals any more",
+       "<DataField name='a'><Interval leftMargin='0'/></DataField>",
+       "<DataField name='a'/>",
+       {"second: the intervals of field \"a\" differ from those in the combined dictionary, which "
+        "are kept."}},
+      {"values only here",
+       "<DataField name='a'/>",
+       "<DataField name='a'><Value value='1'/></DataField>",
+       {"second: field \"a\" lists values, but the file that brought it into the combined "
+        "dictionary listed none."}},
+      {"values only there",
+       "<DataField name='a'><Value value='1'/></DataField>",
+       "<DataField name='a'/>",
+       {"second: field \"a\" lists no values, but the file that brought it into the combined "
+        "dictionary listed some."}},
+      {"a property only here",
+       "<DataField name='a'><Value value='1'/><Value value='2'/></DataField>",
+       "<DataField name='a'><Value value='1' property='missing'/><Value value='2' "
+       "property='invalid'/></DataField>",
+       {"second: the property of value \"1\" of field \"a\" is \"missing\", but the combined "
+        "dictionary keeps \"valid\"."}},
+      {"a property only there",
+       "<DataField name='a'><Value value='1' property='missing'/></DataField>",
+       "<DataField name='a'><Value value='1'/></DataField>",
+       {"second: the property of value \"1\" of field \"a\" is \"valid\", but the combined "
+        "dictionary keeps \"missing\"."}},
+      {"the default property is written here",
+       "<DataField name='a'><Value value='1'/></DataField>",
+       "<DataField name='a'><Value value='1' property='valid' displayValue='one'/></DataField>",
+       {}},
+      {"a new value brings its property",
+       "<DataField name='a'><Value value='1'/></DataField>",
+       "<DataField name='a'><Value value='2' property='missing'/></DataField>",
+       {}},
+      {"an unknown field is not compared",
+       "<DataField name='b'/>",
+       "<DataField name='b'/><DataField name='c' optype='ordinal'><Value value='1'/></DataField>",
+       {}},
+  };
+  for (const auto& row : kRows) {
+    combiner_.reset();
+    AddFirst(row.first);
+    AddSecond(row.second);
+    EXPECT_EQ(Findings(), row.findings) << row.rule;
+  }
+}
+
+TEST_F(CombinerDiagnostics, TheFirstOccurrenceOfAPropertyStays) {
+  const std::string open = "<DataField name='a'>", close = "</DataField>";
+  AddFirst(open + "<Value value='1'/>" + close);
+  AddSecond(open + "<Value value='2' property='missing'/>" + close);
+  Pmml third;
+  third.fields = open + "<Value value='2'/>" + close;
+  AddPmml("third", third, {"West"});
+  EXPECT_THAT(Findings(),
+              ElementsAre("third: the property of value \"2\" of field \"a\" is \"valid\", but "
+                          "the combined dictionary keeps \"missing\"."));
+}
+
+TEST_F(CombinerDiagnostics, ARepeatedNameIsComparedWithItsFirstOccurrence) {
+  AddFirst("<DataField name='a' optype='ordinal'/><DataField name='a' optype='continuous'/>");
+  AddSecond("<DataField name='a' optype='ordinal'/><DataField name='a' optype='continuous'/>");
+  EXPECT_THAT(Findings(), ElementsAre("second: the optype of field \"a\" is \"continuous\", but "
+                                      "the combined dictionary keeps \"ordinal\"."));
+}
+
+TEST_F(CombinerDiagnostics, AnotherUsageType) {
+  Pmml pmml;
+  pmml.schema =
+      "<MiningField name='a'/><MiningField name='b' usageType='predicted'/>"
+      "<MiningField name='c' usageType='active'/><MiningField name='d'/><MiningField name='d' "
+      "usageType='supplementary'/>";
+  AddPmml("a", pmml, {"North"});
+  AddPmml("b", pmml, {"South"});
+  pmml.schema =
+      "<MiningField name='b'/><MiningField name='a' usageType='supplementary'/><MiningField "
+      "name='c'/>";
+  AddPmml("c", pmml, {"West"});
+  EXPECT_THAT(Findings(),
+              ElementsAre("b: the usageType of field \"d\" is \"supplementary\", but the combined "
+                          "schema keeps \"active\".",
+                          "c: the usageType of field \"b\" is \"active\", but the combined schema "
+                          "keeps \"predicted\".",
+                          "c: the usageType of field \"a\" is \"supplementary\", but the combined "
+                          "schema keeps \"active\"."));
+}
+
+TEST_F(CombinerDiagnostics, ALaterFileThatDeclaresTheSplitVariable) {
+  AddFirst();
+  Pmml pmml;
+  pmml.fields += Field("region", {"South"});
+  pmml.schema += "<MiningField name='region'/>";
+  AddPmml("b", pmml, {"South"});
+  EXPECT_THAT(Findings(),
+              ElementsAre("b: the dictionary declares the split variable \"region\" "
+                          "itself, which the combined dictionary declares already.",
+                          "b: the schema declares the split variable \"region\" itself, "
+                          "which the combined schema declares already."));
+}
+
+TEST_F(CombinerDiagnostics, NamespacesThatTheCombinedDocumentLacks) {
+  AddText("a",
+          "<PMML version='4.1' xmlns='urn:1' xmlns:p='urn:p' xmlnsx='1'>" + Pmml().Dictionary() +
+              Pmml().Model() + "</PMML>",
+          {"North"});
+  AddText("b",
+          "<PMML version='4.1' xmlns='urn:2' xmlns:p='urn:p' xmlns:q='urn:q' xmlnsx='2'>" +
+              Pmml().Dictionary() + Pmml().Model() + "</PMML>",
+          {"South"});
+  EXPECT_THAT(Findings(),
+              ElementsAre("b: the document declares xmlns as \"urn:2\", but the combined "
+                          "document keeps \"urn:1\".",
+                          "b: the document declares xmlns:q as \"urn:q\", but the "
+                          "combined document does not declare it, so names that need it "
+                          "have no namespace there."));
+}
+
+TEST_F(CombinerDiagnostics, AnEntityThatTheCombinedDocumentDoesNotDeclare) {
+  Pmml pmml;
+  pmml.body = "<Node>&e;</Node><Node>&e;&lt;</Node>";
+  AddText("a", "<!DOCTYPE PMML [<!ENTITY e 'text'>]>" + pmml.Text(), {"North"});
+  EXPECT_THAT(
+      Findings(),
+      ElementsAre("a: a copied part refers to the entity \"e\", which the combined document "
+                  "does not declare, so a reader will refuse it."));
+  EXPECT_TRUE(Combiner().ExportMiningModel(PathOf("out.pmml")).IsOK());
+  MCXPrsUtil::MCXMLReadWrite reader;
+  static_cast<void>(reader.ParseToDOM(PathOf("out.pmml")));
+  EXPECT_FALSE(reader.IsWellFormed()) << "as the finding says";
+}
+
+TEST_F(CombinerDiagnostics, AttributesThatTheDocumentTypeSupplies) {
+  AddText("a", "<!DOCTYPE PMML [<!ATTLIST Node score CDATA '1'>]>" + Pmml().Text(), {"North"});
+  EXPECT_THAT(Findings(), ElementsAre("a: attributes whose values come from the document type only "
+                                      "are missing in the combined document."));
+}
+
+TEST_F(CombinerDiagnostics, AModelThatIsNestedTooDeepToBeWritten) {
+  // The model element stands on level 5, below PMML, MiningModel, Segmentation and Segment.
+  constexpr int kFits = 10'000 - 5;
+  Pmml pmml;
+  const auto nested = [](int levels) {
+    std::string text;
+    for (int i = 0; i < levels; ++i) text += "<N>";
+    for (int i = 0; i < levels; ++i) text += "</N>";
+    return text;
+  };
+  pmml.body = nested(kFits);
+  AddPmml("a", pmml, {"North"});
+  EXPECT_THAT(Findings(), IsEmpty());
+  EXPECT_TRUE(Combiner().ExportMiningModel(PathOf("fits.pmml")).IsOK());
+  combiner_.reset();
+  pmml.body = nested(kFits + 1);
+  AddPmml("b", pmml, {"North"});
+  EXPECT_THAT(Findings(), ElementsAre("b: a copied part is nested deeper than level 10000 of the "
+                                      "combined document, which therefore cannot be written."));
+  EXPECT_EQ(Combiner().ExportMiningModel(PathOf("out.pmml")).GetCode(), 118);
+}
+
+TEST_F(CombinerDiagnostics, ACharacterThatXMLCannotHold) {
+  for (const char* value : {"a\x01", "\x1F", "\xEF\xBF\xBE", "\xEF\xBF\xBF"}) {
+    FakeVarList list;
+    list.variables.push_back(std::make_unique<combiner_test::FakeVariable>("size", 1));
+    combiner_ = std::make_unique<OwnedCombiner>(list);
+    AddPmml("a", Pmml(), {value});
+    EXPECT_THAT(
+        Findings(),
+        ElementsAre("a: the split value of \"size\" holds a character that XML cannot hold, "
+                    "so the combined document cannot be written."));
+    EXPECT_EQ(Combiner().ExportMiningModel(PathOf("out.pmml")).GetCode(), 118) << value;
+    combiner_.reset();
+  }
+}
+
+TEST_F(CombinerDiagnostics, ACategoryThatXMLCannotHold) {
+  list_.variables.front()->values.front() = "\x02";
+  AddPmml("a", Pmml(), {"South"});
+  EXPECT_THAT(Findings(),
+              ElementsAre("a: the name, the label or a category of the split variable \"region\" "
+                          "holds a character that XML cannot hold, so the combined document cannot "
+                          "be written."));
+  EXPECT_EQ(Combiner().ExportMiningModel(PathOf("out.pmml")).GetCode(), 118);
+}
+
+TEST_F(CombinerDiagnostics, ASplitValueIsCutAtAZeroByte) {
+  AddPmml("a", Pmml(), {"North"});
+  AddPmml("b", Pmml(), {std::string("North\0West", 10)});
+  EXPECT_THAT(Findings(),
+              ElementsAre("b: the split value of \"region\" was cut off at its first zero byte.",
+                          "b: the split value \"North\" is no category of the split variable "
+                          "\"region\".",
+                          "b: the split values \"North\" were added before from a; this later "
+                          "segment can never be selected."));
+}
+
+TEST_F(CombinerDiagnostics, AnEarlierSegmentThatTestsFewerVariables) {
+  list_.Add("sex", {"f", "m"});
+  AddPmml("a", Pmml(), {"North", "f"});
+  AddPmml("b", Pmml(), {"North", ""});
+  AddPmml("c", Pmml(), {"South", "m"});
+  AddPmml("d", Pmml(), {"North", "m"});
+  const auto empty = testing::HasSubstr("is empty");
+  EXPECT_THAT(Findings(),
+              ElementsAre(empty,
+                          "d: an earlier segment from b does not test every split variable "
+                          "and accepts the split values \"North\", \"m\" too; this later "
+                          "segment can never be selected."));
+}
+
+TEST_F(CombinerDiagnostics, AFieldWithoutANameIsCalledThat) {
+  AddFirst(
+      "<DataField/><DataField name='a' optype='categorical' dataType='string'><Value "
+      "value='1'/></DataField>");
+  AddSecond(Field("a", {"1"}));
+  EXPECT_THAT(Findings(),
+              ElementsAre(testing::HasSubstr("1 field without a name"),
+                          "second: field \"a\" stands at position 1, where the combined dictionary "
+                          "has a field without a name, so its values were merged into that field, "
+                          "which got \"1\"."));
+}
+
+TEST_F(CombinerDiagnostics, WhatIsFoundOutsideAddModelNamesNoFile) {
+  AddFirst();
+  const MCXPrsUtil::MCXMLReadWrite reader;
+  static_cast<void>(Combiner().ParseSplitModelXML(Parse(Pmml().Text()), reader, {"North"}));
+  EXPECT_THAT(Findings(), ElementsAre(testing::StartsWith("the split values \"North\"")));
+}
+
+TEST_F(CombinerDiagnostics, ACombinerThatIsUsedAgainWithoutASchema) {
+  AddFirst();
+  static_cast<void>(Combiner().ExportMiningModel(""));
+  AddText("b", "<PMML>" + Pmml().Dictionary() + "<TreeModel functionName='classification'/></PMML>",
+          {"North"});
+  EXPECT_THAT(Findings(),
+              ElementsAre(testing::StartsWith("b: this combiner has exported a document before"),
+                          "b: the model has no MiningSchema.",
+                          testing::HasSubstr("does not declare the split variables")));
 }
 
 TEST_F(CombinerDiagnostics, ACombinerThatIsUsedAgain) {

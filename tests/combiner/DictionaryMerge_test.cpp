@@ -1,4 +1,6 @@
 // The merge of data dictionaries and mining schemas.
+#include <sstream>
+
 #include "combiner/CombinerTest.h"
 
 namespace {
@@ -381,6 +383,38 @@ TEST_F(CombinerMerge, WithoutDictionaryOrSchemaNoSplitVariableIsDeclared) {
             (Strings{"a", "a"}))
       << "nothing was recorded, so every field of a later file is new";
   EXPECT_EQ(other.GetNModels(), 2);
+}
+
+// Far too slow if the known values of a field were gone through for each model.
+TEST_F(CombinerMerge, NewValuesOfManyModelsAreMergedInOrder) {
+  constexpr int kModels = 1500;
+  constexpr int kNew = 20;
+  MCXPrsUtil::MCXMLReadWrite reader;
+  Strings expected;
+  for (int model = 0; model < kModels; ++model) {
+    Pmml pmml;
+    Strings values;
+    for (int i = 0; i < kNew; ++i) values.push_back(std::to_string(model * kNew + i));
+    expected.insert(expected.end(), values.begin(), values.end());
+    if (model > 0) values.insert(values.begin() + kNew / 2, "0");
+    pmml.fields = Field("a", values);
+    std::istringstream in(pmml.Text());
+    ASSERT_TRUE(reader.ParseToDOM(in).IsOK());
+    ASSERT_TRUE(Combiner().ParseSplitModelXML(reader.GetDocument(), reader, {"North"}).IsOK());
+  }
+  EXPECT_EQ(ValuesAt(0), expected);
+}
+
+TEST_F(CombinerMerge, AListOfTheCallerIsNotTheRecordOfTheField) {
+  AddFields(Field("a", {"1"}));
+  Strings mine;
+  DOMElement* field = FindElement(Combiner().Document(), "DataField");
+  ASSERT_NE(Combiner().InsertValueOfDataField(ParseRoot("<Value value='2'/>"), field, mine),
+            nullptr);
+  AddFields(Field("a", {"2", "1"}));
+  AddFields(Field("a", {"3", "2"}));
+  EXPECT_EQ(mine, (Strings{"2"}));
+  EXPECT_EQ(ValuesAt(0), (Strings{"1", "2", "2", "3"})) << "2 was not recorded";
 }
 
 }  // namespace

@@ -129,4 +129,30 @@ TEST_F(DirectCopy, DepthIsNotLimitedByTheStack) {
   EXPECT_EQ(depth, kDepth);
 }
 
+TEST_F(DirectCopy, NotesTellWhatTheCopyLacks) {
+  const struct {
+    const char* text;
+    std::set<std::string> entities;
+    bool lacks_defaults;
+    int n_levels;
+  } kRows[] = {
+      {"<a/>", {}, false, 0},
+      {"<a>t</a>", {}, false, 1},
+      {"<a><b><c/></b><b/></a>", {}, false, 2},
+      {"<!DOCTYPE a [<!ENTITY e 'x'><!ENTITY f 'y'>]><a><b>&f;&e;&f;</b>&lt;</a>",
+       {"e", "f"},
+       false,
+       2},
+      {"<!DOCTYPE a [<!ATTLIST b d CDATA 'x'>]><a><b/></a>", {}, true, 1},
+      {"<!DOCTYPE a [<!ATTLIST b d CDATA 'x'>]><a><b d='y'/></a>", {}, false, 1},
+  };
+  for (const auto& row : kRows) {
+    MCXPrsUtil::CopyNotes notes;
+    XercesPtr<DOMNode> copy(CopyNode(*target_, *ParseRoot(row.text), true, &notes));
+    EXPECT_EQ(notes.entities, row.entities) << row.text;
+    EXPECT_EQ(notes.lacks_defaults, row.lacks_defaults) << row.text;
+    EXPECT_EQ(notes.n_levels, row.n_levels) << row.text;
+  }
+}
+
 }  // namespace

@@ -2,6 +2,7 @@
 #include <xercesc/util/XMLException.hpp>
 
 #include "combiner/CombinerTest.h"
+#include "xml/PlatformFault.h"
 
 namespace {
 
@@ -16,6 +17,8 @@ using combiner_test::ReadFile;
 using combiner_test::TextOf;
 using MCCommon::MCStatus;
 using xercesc::DOMDocument;
+using xml_test::PlatformFault;
+using xml_test::PlatformFaultScope;
 
 using Strings = std::vector<std::string>;
 
@@ -142,6 +145,37 @@ TEST_F(CombinerExport, ASecondExportWritesNothingAndRepeatsTheStatus) {
   EXPECT_FALSE(HasDocument());
 }
 
+TEST_F(CombinerExport, ASecondExportAfterASuccessIsOKAndWritesNothing) {
+  ASSERT_TRUE(Add(Combiner(), Pmml(), {"North"}).IsOK());
+  ASSERT_TRUE(Combiner().ExportMiningModel(PathOf("first.pmml")).IsOK());
+  EXPECT_TRUE(Combiner().ExportMiningModel(PathOf("second.pmml")).IsOK());
+  EXPECT_TRUE(std::filesystem::exists(PathOf("first.pmml")));
+  EXPECT_FALSE(std::filesystem::exists(PathOf("second.pmml")));
+}
+
+TEST_F(CombinerExport, APlatformThatDoesNotStartIs103AndReleasesTheDocument) {
+  ASSERT_TRUE(Add(Combiner(), Pmml(), {"North"}).IsOK());
+  {
+    const PlatformFaultScope fault(PlatformFault::kXMLException);
+    EXPECT_EQ(Combiner().ExportMiningModel(PathOf("out.pmml")), MCStatus(103, false));
+  }
+  EXPECT_EQ(Combiner().GetStatus(), MCStatus(103, false));
+  EXPECT_FALSE(std::filesystem::exists(PathOf("out.pmml")));
+  EXPECT_FALSE(HasDocument());
+}
+
+TEST_F(CombinerExport, AModelTooDeepToWriteIs118AndReleasesTheDocument) {
+  constexpr int kLevels = 70'000;
+  Pmml deep;
+  deep.body.clear();
+  for (int i = 0; i < kLevels; ++i) deep.body += "<Node>";
+  for (int i = 0; i < kLevels; ++i) deep.body += "</Node>";
+  ASSERT_TRUE(Add(Combiner(), deep, {"North"}).IsOK());
+  EXPECT_EQ(Combiner().ExportMiningModel(PathOf("out.pmml")), MCStatus(118, false));
+  EXPECT_FALSE(std::filesystem::exists(PathOf("out.pmml")));
+  EXPECT_FALSE(HasDocument());
+}
+
 TEST_F(CombinerExport, AFileThatCannotBeOpenedThrowsAndReleasesTheDocument) {
   ASSERT_TRUE(Add(Combiner(), Pmml(), {"North"}).IsOK());
   EXPECT_THROW(static_cast<void>(Combiner().ExportMiningModel(PathOf("no/such/folder/out.pmml"))),
@@ -217,6 +251,48 @@ TEST_F(CombinerExport, AfterAnExportOldFieldsAreKnownButTakeNoValues) {
       << "position 3 is the new document's a; positions 0 to 2 belong to the released one";
   EXPECT_EQ(ChildAttributes(FindElement(document, "MiningSchema"), "MiningField", "name"),
             (Strings{"a", "region", "n"}));
+}
+
+TEST_F(CombinerExport, AfterAnExportARefusedFirstModelLeavesTheOldFunctionName) {
+  ASSERT_TRUE(Add(Combiner(), Pmml(), {"North"}).IsOK());
+  ASSERT_TRUE(Combiner().ExportMiningModel("").IsOK());
+  Pmml refused;
+  refused.model_tag = "MiningModel";
+  EXPECT_EQ(Add(Combiner(), refused, {"North"}).GetCode(), 125);
+  Pmml other;
+  other.model_attributes = "functionName='regression'";
+  EXPECT_EQ(Add(Combiner(), other, {"North"}).GetCode(), 124) << "that of the exported document";
+  EXPECT_TRUE(Add(Combiner(), Pmml(), {"North"}).IsOK());
+  EXPECT_EQ(Combiner().Document()->getFirstChild(), nullptr);
+  EXPECT_EQ(Combiner().GetNModels(), 1);
+}
+
+TEST_F(CombinerExport, AfterAnExportAFirstModelWithoutSchemaRecordsNothing) {
+  ASSERT_TRUE(Add(Combiner(), Pmml(), {"North"}).IsOK());
+  ASSERT_TRUE(Combiner().ExportMiningModel("").IsOK());
+  const std::string text =
+      "<PMML><DataDictionary><DataField name='y'/></DataDictionary>"
+      "<TreeModel functionName='classification'/></PMML>";
+  ASSERT_TRUE(Combiner().AddModel(Write("b.pmml", text), {"North"}).IsOK());
+  EXPECT_EQ(FieldNames(Combiner().Document()), (Strings{"y"})) << "no split variable";
+  Pmml third;
+  third.fields = "<DataField name='x'/><DataField name='y'/>";
+  ASSERT_TRUE(Add(Combiner(), third, {"South"}).IsOK());
+  EXPECT_EQ(FieldNames(Combiner().Document()), (Strings{"y", "y"})) << "x is known from before";
+}
+
+TEST_F(CombinerExport, APrefixOfALaterFileIsReadBackAsItStands) {
+  ASSERT_TRUE(Add(Combiner(), Pmml(), {"North"}).IsOK());
+  Pmml later;
+  later.body = "<Node/><e:Note e:by='us'/>";
+  std::string text = later.Text();
+  text.insert(text.find(" version"), " xmlns:e='urn:e'");
+  ASSERT_TRUE(Combiner().AddModel(Write("b.pmml", text), {"South"}).IsOK());
+  EXPECT_EQ(Combiner().GetDiagnostics().size(), 1U) << "the missing declaration";
+  ASSERT_TRUE(Combiner().ExportMiningModel(PathOf("out.pmml")).IsOK());
+  DOMDocument* document = Reread(PathOf("out.pmml"));
+  EXPECT_EQ(AttributeOf(FindElement(document, "e:Note"), "e:by"), "us");
+  EXPECT_EQ(AttributeOf(document->getDocumentElement(), "xmlns:e"), "(absent)");
 }
 
 TEST_F(CombinerExport, AfterAnExportTheDriversFindNoDocument) {

@@ -1,5 +1,6 @@
 // What AddModel accepts, what it refuses, and what it leaves behind.
 #include "combiner/CombinerTest.h"
+#include "xml/PlatformFault.h"
 
 namespace {
 
@@ -13,6 +14,8 @@ using combiner_test::TextOf;
 using MCCommon::MCStatus;
 using MCXPrsUtil::MCXMLReadWrite;
 using xercesc::DOMDocument;
+using xml_test::PlatformFault;
+using xml_test::PlatformFaultScope;
 
 class CombinerIntake : public combiner_test::CombinerTest {
  protected:
@@ -229,8 +232,32 @@ TEST_F(CombinerIntake, TheDriversDoNothingWithoutTheirArguments) {
 TEST_F(CombinerIntake, ASecondFillOfOneDocumentAddsNothing) {
   ASSERT_TRUE(Add(Combiner(), Pmml(), {"North"}).IsOK());
   const std::string before = Output();
-  EXPECT_TRUE(Combiner().FillCommonToMiningModel(Parse(Pmml().Text()), {"South"}).IsOK());
+  Pmml other;
+  other.model_attributes = "functionName='regression'";
+  EXPECT_TRUE(Combiner().FillCommonToMiningModel(Parse(other.Text()), {"South"}).IsOK());
   EXPECT_EQ(Output(), before);
+  other.model_tag = "MiningModel";
+  EXPECT_TRUE(Combiner().FillCommonToMiningModel(Parse(other.Text()), {"South"}).IsOK());
+  Pmml later;
+  later.fields = combiner_test::Field("new", {"1"});
+  EXPECT_TRUE(Add(Combiner(), later, {"South"}).IsOK())
+      << "the functionName is still that of the first";
+  EXPECT_EQ(Combiner().GetNModels(), 2) << "and the parts of the document are still known";
+  EXPECT_EQ(combiner_test::ChildAttributes(FindElement(Combiner().Document(), "DataDictionary"),
+                                           "DataField", "name"),
+            (std::vector<std::string>{"x", "region", "new"}));
+}
+
+TEST_F(CombinerIntake, APlatformThatDoesNotStartIs103) {
+  const std::string path = Write("a.pmml", Pmml());
+  {
+    const PlatformFaultScope fault(PlatformFault::kXMLException);
+    EXPECT_EQ(Combiner().AddModel(path, {"North"}), MCStatus(103, false));
+  }
+  EXPECT_EQ(Combiner().GetStatus(), MCStatus(103, false));
+  EXPECT_EQ(Combiner().GetDiagnostics().size(), 1U);
+  EXPECT_TRUE(Combiner().AddModel(path, {"North"}).IsOK()) << "as if it had not been tried";
+  EXPECT_EQ(Combiner().GetNModels(), 1);
 }
 
 TEST(CombinerWithoutDocument, TheDestructorDoesNotReleaseTheDocument) {

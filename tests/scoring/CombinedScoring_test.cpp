@@ -46,13 +46,15 @@ struct DataSet {
   std::size_t splits;   // how many trees and
   std::size_t rows;     // rows there must be, so that no test passes on missing data
   std::size_t classes;  // 0: regression
+  bool derivesFields;   // in a TransformationDictionary
 };
 
 std::ostream& operator<<(std::ostream& out, const DataSet& set) { return out << set.folder; }
 
 constexpr DataSet kDataSets[] = {
-    {"iris", false, 3, 150, 0},     {"airquality", true, 5, 153, 0}, {"co2", false, 4, 84, 0},
-    {"titanic", false, 4, 2201, 2}, {"infert", false, 3, 248, 2},
+    {"iris", false, 3, 150, 0, false},   {"airquality", true, 5, 153, 0, true},
+    {"co2", false, 4, 84, 0, false},     {"titanic", false, 4, 2201, 2, false},
+    {"infert", false, 3, 248, 2, false},
 };
 
 const std::string kProbability = "probability_";
@@ -279,9 +281,14 @@ TEST_P(CombinedScoring, TheOrderOfTheModelsDoesNotMatter) {
   EXPECT_EQ(MismatchesOf(combined.document), NoMismatches(manifest_));
 }
 
-TEST_P(CombinedScoring, CleanSplitsGiveNoDiagnostics) {
+TEST_P(CombinedScoring, CleanSplitsAreOnlyToldWhereTheirDerivedFieldsWent) {
   const Combined combined = Combine(manifest_, GetParam().numericSplit);
-  EXPECT_EQ(combined.diagnostics, std::vector<std::string>());
+  if (!GetParam().derivesFields) {
+    EXPECT_EQ(combined.diagnostics, std::vector<std::string>());
+    return;
+  }
+  ASSERT_EQ(combined.diagnostics.size(), 1U);
+  EXPECT_NE(combined.diagnostics[0].find("LocalTransformations"), std::string::npos);
 }
 
 TEST_P(CombinedScoring, RowOfAnUnknownSplitGetsNoPrediction) {

@@ -18,6 +18,7 @@ namespace {
 
 using MCCommon::MCStatus;
 using MCXPrsUtil::MCXMLReadWrite;
+using xml_test::OpenFiles;
 using xml_test::ReadFile;
 using xml_test::ScratchFolder;
 using xml_test::TestDocument;
@@ -51,6 +52,15 @@ std::string Elements(int count) {
 void Spoil(TestDocument& doc) {
   static constexpr XMLCh kLone[] = {0xD800, 'a', 0};
   doc.Root().appendChild(doc.Get().createTextNode(kLone));
+}
+
+// `levels` elements, each within the one before, around `text`.
+std::string Nested(int levels, const std::string& text = "") {
+  std::string xml;
+  for (int i = 0; i < levels; ++i) xml += "<a>";
+  xml += text;
+  for (int i = 0; i < levels; ++i) xml += "</a>";
+  return xml;
 }
 
 // Runs in a child process, because what it does to the process stays.
@@ -200,18 +210,48 @@ TEST(MCXMLReadWriteWrite, FileSizeLimitIs118AndThePartialFileStays) {
 
 TEST(MCXMLReadWriteWrite, FailedWriteLeavesNoOpenFile) {
   if (access("/dev/full", W_OK) != 0) GTEST_SKIP() << "no /dev/full";
-  const auto open_files = [] {
-    return std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
-  };
   TestDocument doc(Elements(3'000));
-  const auto before = open_files();
+  const auto before = OpenFiles();
   for (int i = 0; i < 10; ++i) {
     EXPECT_EQ(doc.Reader().WriteFromDOM("/dev/full", nullptr), kWriteFailed);
   }
   Spoil(doc);
   const ScratchFolder folder;
   EXPECT_EQ(doc.Reader().WriteFromDOM(folder.File("a.xml"), nullptr), kWriteFailed);
-  EXPECT_EQ(open_files(), before);
+  EXPECT_EQ(OpenFiles(), before);
+}
+
+TEST(MCXMLReadWriteWrite, DeepestTreeThatIsWrittenHas10000Levels) {
+  const ScratchFolder folder;
+  for (const std::string& xml : {Nested(10'000), Nested(9'999, "text"),
+                                 "<a>" + Nested(9'999) + Nested(9'999) + "<b/></a>"}) {
+    TestDocument doc(xml);
+    EXPECT_TRUE(doc.Reader().WriteFromDOM(folder.File("a.xml"), nullptr).IsOK());
+    EXPECT_EQ(doc.Reader().GetXercesMessage(), "");
+    EXPECT_EQ(ReadFile(folder.File("a.xml")).size(),
+              BareOutput(doc.Get(), folder.File("b.xml")).size());
+  }
+}
+
+TEST(MCXMLReadWriteWrite, DeeperTreeIs118WithAMessageAndCreatesNoFile) {
+  const ScratchFolder folder;
+  for (const std::string& xml : {Nested(10'001), Nested(10'000, "text"),
+                                 "<a>" + Nested(9'999) + Nested(10'000) + "</a>", Nested(70'000)}) {
+    TestDocument doc(xml);
+    EXPECT_EQ(doc.Reader().WriteFromDOM(folder.File("a.xml"), nullptr), kWriteFailed);
+    EXPECT_NE(doc.Reader().GetXercesMessage(), "");
+    EXPECT_FALSE(std::filesystem::exists(folder.File("a.xml")));
+  }
+}
+
+TEST(MCXMLReadWriteWrite, TreeThatIsTooDeepStillParsesAndMayBeFollowedByAnother) {
+  const ScratchFolder folder;
+  TestDocument deep(Nested(70'000));
+  ASSERT_EQ(deep.Reader().WriteFromDOM(folder.File("a.xml"), nullptr), kWriteFailed);
+  TestDocument flat("<a/>");
+  EXPECT_TRUE(deep.Reader().WriteFromDOM(folder.File("a.xml"), &flat.Get()).IsOK());
+  EXPECT_EQ(deep.Reader().GetXercesMessage(), "");
+  EXPECT_EQ(xml_test::Tag(&deep.Root()), "a");
 }
 
 TEST(MCXMLReadWriteWrite, DomExceptionIs118WithoutAMessage) {

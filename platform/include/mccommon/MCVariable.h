@@ -23,6 +23,11 @@ class MCCOMMON_EXPORT MCCategorySet final : public IMCCategorySet {
   /// Text categories. `labels` is empty, or has one entry per value.
   MCCategorySet(std::vector<std::string> values, std::vector<std::string> labels);
 
+  // Declared because the destructor is: without them every move would be a deep copy.
+  MCCategorySet(const MCCategorySet&) = default;
+  MCCategorySet(MCCategorySet&&) noexcept = default;
+  MCCategorySet& operator=(const MCCategorySet&) = default;
+  MCCategorySet& operator=(MCCategorySet&&) noexcept = default;
   ~MCCategorySet() override;
 
   std::string GetValueText(int index) const override;
@@ -82,6 +87,11 @@ class MCCOMMON_EXPORT MCVariable final : public IMCVariable {
   /// A frequency weight: continuous, without a range, role kRoleFrequencyWeight.
   MCVariable(std::string name, std::string label, WRoundingOption rounding);
 
+  // Declared because the destructor is: without them every move would be a deep copy.
+  MCVariable(const MCVariable&) = default;
+  MCVariable(MCVariable&&) noexcept = default;
+  MCVariable& operator=(const MCVariable&) = default;
+  MCVariable& operator=(MCVariable&&) noexcept = default;
   ~MCVariable() override;
 
   const std::string& GetName() const override;
