@@ -339,6 +339,9 @@ script_folder <- function() {
   if (length(file) == 1) dirname(file) else "."
 }
 
-arguments <- commandArgs(TRUE)
-root <- if (length(arguments) > 0) arguments[1] else script_folder()
-for (set in sets) write_set(set, root)
+# Nothing is written when another script takes the functions from here.
+if (sys.nframe() == 0L) {
+  arguments <- commandArgs(TRUE)
+  root <- if (length(arguments) > 0) arguments[1] else script_folder()
+  for (set in sets) write_set(set, root)
+}
