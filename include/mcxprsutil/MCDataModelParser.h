@@ -81,8 +81,9 @@ class MCXPRSUTIL_EXPORT MCDataModelParser {
   /// "measure" "continuous" gives a continuous variable, every other word a categorical one. The
   /// categories are the "value" of each "Value" in each "Values" of the field, as they are written
   /// with "storage" "string", else as numbers (`double` of XML Schema); those that are no numbers
-  /// are left out. The labels of all values, even of those left out, are passed as value labels if
-  /// there are as many as categories. Nothing is sorted, no duplicate is removed.
+  /// are left out, infinities among them, while "NaN" gives MCMV::gMissingValue. The labels of all
+  /// values, even of those left out, are passed as value labels if there are as many as categories.
+  /// Nothing is sorted, no duplicate is removed.
   ///
   /// The role ("role") is 4 or 5 for "input", 2 for "target", 3 for "freqWeight", and 0 for any
   /// other word or none (see IMCVariable::VariableRole). A continuous field with role 3 becomes the
@@ -91,9 +92,10 @@ class MCXPRSUTIL_EXPORT MCDataModelParser {
   /// @param list           receives the variables; what it throws passes to the caller.
   /// @param inputRoleFlag  whether "input" gives the role 5 instead of 4.
   /// @param rangeFlag      whether continuous variables (other than the weight) get the bounds of
-  ///                       "Range", if `rangeCount` is at least 2. A bound that is absent or no
-  ///                       number, and both bounds of a text field, are the largest finite double,
-  ///                       negative for the minimum.
+  ///                       "Range", if `rangeCount` is at least 2. Of several "Range" elements each
+  ///                       replaces the bounds that it gives as numbers. A bound that none gives,
+  ///                       and both bounds of a text field, are the largest finite double, negative
+  ///                       for the minimum.
   /// @param rangeCount     passed to the list with the bounds.
   /// @return OK, also without any "Field"; the parse's status if that is not OK;
   ///         107 if no document is held;

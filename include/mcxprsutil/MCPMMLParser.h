@@ -33,9 +33,9 @@ namespace MCXPrsUtil {
 /// expanded too, so a document can name other files and can grow far beyond its size. Read
 /// documents from sources that you trust.
 ///
-/// Every status has the flag false. The reader keeps the status of its last parse, and every later
-/// operation begins with a copy of it: after a failed parse all of them fail with that parse's
-/// code. No other operation changes the stored status.
+/// Every status has the flag false. The reader keeps the status of its last parse; FillUniStats()
+/// and FillVarList() begin with a copy of it and so fail with the code of a failed parse. What is
+/// handed an element does not look at it. No other operation changes the stored status.
 ///
 /// The reader owns the document: a new parse and the destructor destroy every node of it. Do not
 /// call one reader from two threads at once; several readers may live at once, but while one is
@@ -44,8 +44,8 @@ namespace MCXPrsUtil {
 class MCXPRSUTIL_EXPORT MCPMMLParser {
  public:
   /// Starts the XML platform, which counts its users, and creates the parser with its default
-  /// settings. Never throws: if either fails, GetStatus() is 103, and so is the result of every
-  /// later operation that gives a status.
+  /// settings. Never throws: if either fails, GetStatus() is 103, and so is the result of
+  /// ParseToDOM(), FillUniStats() and FillVarList().
   MCPMMLParser();
 
   /// Destroys the document and the parser, then stops the XML platform, unless the construction
@@ -149,9 +149,10 @@ class MCXPRSUTIL_EXPORT MCPMMLParser {
   ///
   /// An element with "NumericInfo" is read by FillUniStatsCont(), any other by FillUniStatsCat().
   ///
-  /// @param stats   replaced by the statistics read; as it was after any failure but 116, at the
-  ///                end of the walk, and where there is "NumericInfo" but no "ContStats": give an
-  ///                object that is not valid, such as a new one, to be told of the last by a 116.
+  /// @param stats   replaced by the statistics read; as it was at the end of the walk, after any
+  ///                failure except a 116 for statistics that were read and are not valid, and where
+  ///                there is "NumericInfo" but no "ContStats": give an object that is not valid,
+  ///                such as a new one, to be told of the last by a 116.
   /// @param cursor  null, or what the previous call gave; owned by the reader. Becomes the element
   ///                that was read or that failed, so that a bad one can be passed over, and null at
   ///                the end. Untouched after 107, 112 and the parse's status. Void after the next
@@ -270,7 +271,8 @@ class MCXPRSUTIL_EXPORT MCPMMLParser {
   // elements are null. A derived reader may refuse a document after that and keep it.
 
   MCCommon::MCStatus status_;  ///< Of the construction, then of the last parse.
-  /// Null if the construction failed, and while a parse is under way.
+  /// Null if the construction failed, during a parse, and after one that did not leave it as new
+  /// (malformed, thrown out of, or XML 1.1): the next parse makes another.
   std::unique_ptr<XERCES_CPP_NAMESPACE::XercesDOMParser> parser_;
   std::string xerces_message_;  ///< See GetXercesMessage().
   /// Shared, so that a derived reader can keep a document beyond the next parse; every owner must

@@ -53,8 +53,9 @@ struct FoundParameter;  // what a look-up gives inside the library
 ///
 /// **Names** are UTF-8, zero-terminated, and compared exactly. No parameter has a null name.
 ///
-/// **Statuses.** Every operation begins with the status of the last parse and fails with that if it
-/// is not OK; none but ParseToDOM() changes it. A status with the flag true, 120 or 123, is no
+/// **Statuses.** Every operation of this class begins with the status of the last parse and fails
+/// with that if it is not OK (those without a status give ParamUnknown or null); none but
+/// ParseToDOM() changes it. A status with the flag true, 120 or 123, is no
 /// error: the document does not give the parameter, and a single value keeps what the caller
 /// preset. The "type" of a parameter is information for the caller; no operation checks it.
 ///
@@ -266,9 +267,13 @@ class MCXPRSUTIL_EXPORT MCSettingsParser : public MCPMMLParser {
   /// cannot be read still leaves its label behind. The parameters that name variables, the
   /// frequency weight among them, play no part here.
   ///
-  /// The range of a continuous variable is that of its field's last "Interval". Without one it
-  /// reaches from the lowest to the largest double; an absent "rightMargin" is the largest double,
-  /// but an absent "leftMargin" is the smallest positive normal double.
+  /// The range of a numeric continuous variable is that of its field's last "Interval". Without
+  /// one, and for a text field, it reaches from the lowest to the largest double; an absent
+  /// "rightMargin" is the largest double, but an absent "leftMargin" is the smallest positive
+  /// normal double. "NaN" is the missing value, compared like any number.
+  ///
+  /// Bin labels, missing values and invalid range follow the rules of MCPMMLParser::FillVarList()
+  /// and are declared in this order; the data type code is set last.
   ///
   /// | "dataType"                 | code |
   /// |----------------------------|------|

@@ -36,7 +36,8 @@ class MCDataModelParserImp {
   // Invariant: unless the status is OK after a parse, document and elements are null.
 
   MCCommon::MCStatus status_;
-  // Null if the construction failed, and after a parse that went wrong.
+  // Null if the construction failed, and after a parse that did not leave it as new (malformed,
+  // thrown out of, or XML 1.1): the next parse makes another.
   std::unique_ptr<XERCES_CPP_NAMESPACE::XercesDOMParser> parser_;
   XercesPtr<XERCES_CPP_NAMESPACE::DOMDocument> document_;
   const XERCES_CPP_NAMESPACE::DOMElement* root_ = nullptr;
