@@ -91,7 +91,8 @@ void Declare(CLI::App& app, Arguments& arguments) {
       ->allow_extra_args(false)
       ->take_all();
   app.add_flag("-k,--keep-going", arguments.keepGoing,
-               "Leave a model out that cannot be added, and combine the others");
+               "Leave a model out that cannot be added, and combine the others (a later file\n"
+               "without a model still adds its dictionary)");
   app.add_option("MODEL", arguments.models, "Split values and file of a model");
 }
 
@@ -124,10 +125,18 @@ examples::SplitVariableOptions VariableOptions(const Arguments& arguments) {
 }
 
 // A model would be gone once the combined document has its name.
-void CheckOutput(const std::string& out, const std::vector<SplitModel>& models) {
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code ignored;  // a file that is not there is no other file
+  return std::filesystem::equivalent(a, b, ignored);
+}
+
+void CheckOutput(const Arguments& arguments, const std::vector<SplitModel>& models) {
+  const std::string& out = arguments.out;
+  if (!arguments.manifest.empty() && IsSameFile(out, arguments.manifest)) {
+    throw InputError(fmt::format("--out {}: this would overwrite the manifest", out));
+  }
   for (const SplitModel& model : models) {
-    std::error_code ignored;  // a file that is not there is no other file
-    if (!std::filesystem::equivalent(out, model.path, ignored)) continue;
+    if (!IsSameFile(out, model.path)) continue;
     throw InputError(fmt::format("--out {}: this would overwrite a model", out));
   }
 }
@@ -335,7 +344,7 @@ int Main(int argc, char** argv) {
   }
   try {
     const std::vector<SplitModel> models = CollectModels(arguments);
-    CheckOutput(arguments.out, models);
+    CheckOutput(arguments, models);
     MCMTD_NAMESPACE::MCVarList list;
     const auto notes =
         examples::AddSplitVariables(arguments.variables, models, VariableOptions(arguments), list);

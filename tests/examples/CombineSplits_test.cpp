@@ -221,6 +221,16 @@ TEST_F(CombineSplits, NeverOverwritesAModel) {
   EXPECT_EQ(ReadFile(model), TreeDocument("1"));
 }
 
+TEST_F(CombineSplits, NeverOverwritesItsManifest) {
+  Model("m.pmml");
+  const std::string manifest = folder_.Write("manifest.csv", "v,model\n1,m.pmml\n");
+  const ProgramResult result =
+      RunProgram(MCX_COMBINE_SPLITS, {"--manifest", manifest, "--out", manifest});
+  EXPECT_EQ(result.exitCode, 2);
+  EXPECT_THAT(result.error, HasSubstr("this would overwrite the manifest"));
+  EXPECT_EQ(ReadFile(manifest), "v,model\n1,m.pmml\n");
+}
+
 TEST_F(CombineSplits, AReportThatCannotBeWrittenIsAFailure) {
   const ProgramResult result =
       RunProgram("/bin/sh", {"-c", "\"$0\" \"$@\" > /dev/full", MCX_COMBINE_SPLITS, "--by", "v",
