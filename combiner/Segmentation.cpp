@@ -156,7 +156,7 @@ void MCXSplitPMMLCombiner::ReportSegment(const std::vector<std::string>& values)
 std::string MCXSplitPMMLCombiner::ReportSplitValue(const std::string& variable,
                                                    const std::string& value) {
   MergeFindings& findings = state_->findings;
-  const std::string written = value.substr(0, value.find('\0'));
+  std::string written = value.substr(0, value.find('\0'));
   if (written.size() < value.size()) findings.SplitValueCut(variable);
   if (!IsWellFormedUTF8(written)) {
     findings.SplitValueMalformed(variable);
