@@ -93,7 +93,7 @@ std::string Count(std::size_t count, const char* one, const char* many) {
 }
 
 std::string Heading(const DocumentDescription& description) {
-  const std::string variables = Count(description.variables.size(), "variable", "variables");
+  std::string variables = Count(description.variables.size(), "variable", "variables");
   switch (description.kind) {
     case DocumentKind::kPmml:
       return variables;
