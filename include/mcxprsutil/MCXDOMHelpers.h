@@ -112,7 +112,7 @@ MCXPRSUTIL_EXPORT const XMLCh* GetAttribute(const XERCES_CPP_NAMESPACE::DOMEleme
 MCXPRSUTIL_EXPORT const XMLCh* GetAttribute(const XERCES_CPP_NAMESPACE::DOMNode& n,
                                             const char* name);
 
-/// Reads a number by the lexical rules of `double` in XML Schema Part 2, as Xerces applies them,
+/// Reads a number by the lexical rules of `double` in XML Schema Datatypes, as Xerces applies them,
 /// whatever the locale.
 ///
 /// White space around the number is allowed. "NaN" reads as MCMV::gMissingValue. A number whose
@@ -126,7 +126,7 @@ MCXPRSUTIL_EXPORT const XMLCh* GetAttribute(const XERCES_CPP_NAMESPACE::DOMNode&
 MCXPRSUTIL_EXPORT int GetDoubleAttribute(const XERCES_CPP_NAMESPACE::DOMElement& e,
                                          const char* name, double& value);
 
-/// Reads a whole number by the lexical rules of `integer` in XML Schema Part 2: digits with an
+/// Reads a whole number by the lexical rules of `integer` in XML Schema Datatypes: digits with an
 /// optional sign, white space around them allowed.
 ///
 /// @param e the element.
