@@ -54,7 +54,7 @@ struct DataModelReader {
 template <class Reader>
 class ReaderReuse : public testing::Test {};
 using Readers = testing::Types<PmmlReader, SettingsReader, DataModelReader>;
-TYPED_TEST_SUITE(ReaderReuse, Readers);
+TYPED_TEST_SUITE(ReaderReuse, Readers, );
 
 // How the reader's document declares its field to a list.
 template <class Reader>
