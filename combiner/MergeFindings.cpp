@@ -151,8 +151,9 @@ void MergeFindings::DefaultsLost() {
 }
 
 void MergeFindings::TooDeep(int deepest_level) {
-  AddOncePerSource("a copied part is nested deeper than level " + std::to_string(deepest_level) +
-                   " of the combined document, which therefore cannot be written.");
+  AddOncePerSource(
+      "a copied part is nested deeper than level " + std::to_string(deepest_level) +
+      " of the combined document; writing it may take more stack than the thread has.");
 }
 
 void MergeFindings::CombinerUsedAgain() {

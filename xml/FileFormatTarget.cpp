@@ -44,6 +44,7 @@ FileFormatTarget::~FileFormatTarget() {
 }
 
 void FileFormatTarget::writeChars(const XMLByte* toWrite, XMLSize_t count, XMLFormatter*) {
+  if (stack_.IsNearlyUsedUp()) RefuseDepth();
   if (count > kBufferBytes - used_) flush();
   if (count > kBufferBytes) {
     WriteOut(toWrite, count);
@@ -51,6 +52,15 @@ void FileFormatTarget::writeChars(const XMLByte* toWrite, XMLSize_t count, XMLFo
   }
   std::memcpy(buffer_.get() + used_, toWrite, count);
   used_ += count;
+}
+
+void FileFormatTarget::RefuseDepth() {
+  if (!has_error_) {
+    has_error_ = true;
+    error_text_ = "the document is nested too deep: writing it would overflow the stack";
+  }
+  throw IOException("FileFormatTarget.cpp", __LINE__, XMLExcepts::File_CouldNotWriteToFile,
+                    XMLPlatformUtils::fgMemoryManager);
 }
 
 void FileFormatTarget::flush() { WriteOut(buffer_.get(), std::exchange(used_, 0)); }

@@ -7,11 +7,16 @@
 #include <string>
 #include <xercesc/framework/XMLFormatter.hpp>
 
+#include "xml/StackGuard.h"
+
 namespace MCXPrsUtil {
 
 // Does what Xerces's LocalFileFormatTarget does, but loses no write error. That one flushes and
 // closes in its destructor, where a full disk goes unnoticed, and the serializer may swallow what a
 // target throws. Here the first error of the file is kept, and Close() is a call of its own.
+//
+// The serializer calls itself for every level of the document. A target therefore belongs to the
+// thread and the call that made it, and takes too little stack for an error of the file as well.
 class FileFormatTarget final : public XERCES_CPP_NAMESPACE::XMLFormatTarget {
  public:
   // Creates or empties the file. Throws the IOException (same code and text) that
@@ -24,7 +29,8 @@ class FileFormatTarget final : public XERCES_CPP_NAMESPACE::XMLFormatTarget {
   FileFormatTarget(const FileFormatTarget&) = delete;
   FileFormatTarget& operator=(const FileFormatTarget&) = delete;
 
-  // Both throw an XMLException when the file refuses data; what follows the first error is dropped.
+  // Both throw an XMLException when the file refuses data, writeChars also when the stack is nearly
+  // used up; what follows the first error is dropped.
   void writeChars(const XMLByte* toWrite, XMLSize_t count,
                   XERCES_CPP_NAMESPACE::XMLFormatter* formatter) override;
   void flush() override;
@@ -41,6 +47,7 @@ class FileFormatTarget final : public XERCES_CPP_NAMESPACE::XMLFormatTarget {
  private:
   static constexpr std::size_t kBufferBytes = std::size_t{64} * 1024;
 
+  [[noreturn]] void RefuseDepth();
   void WriteOut(const XMLByte* bytes, std::size_t count);
   void CloseFile();
   template <class Operation>
@@ -49,6 +56,7 @@ class FileFormatTarget final : public XERCES_CPP_NAMESPACE::XMLFormatTarget {
   XERCES_CPP_NAMESPACE::FileHandle file_;
   std::unique_ptr<XMLByte[]> buffer_;
   std::size_t used_ = 0;
+  StackGuard stack_;
   bool has_error_ = false;
   std::string error_text_;
 };

@@ -12,7 +12,6 @@
 #include "xml/FileFormatTarget.h"
 #include "xml/ParseErrorRecorder.h"
 #include "xml/StatusCodes.h"
-#include "xml/TreeDepth.h"
 #include "xml/XercesPtr.h"
 
 namespace MCXPrsUtil {
@@ -66,7 +65,7 @@ MCStatus Serialise(DOMImplementation& implementation, DOMLSSerializer& serialize
     if (!target.HasError()) return MCStatus();
     message = target.GetErrorText();
   } catch (const XMLException& e) {
-    message = ToUTF8(e.getMessage());
+    message = target.HasError() ? target.GetErrorText() : ToUTF8(e.getMessage());
   } catch (...) {
     // A DOMException (a tree that cannot be serialised) or memory shortage has no message.
     message = target.GetErrorText();
@@ -144,11 +143,6 @@ MCStatus MCXMLReadWrite::WriteFromDOM(const std::string& fileName, const DOMDocu
   const DOMDocument* source = doc ? doc : document_;
   if (!init_status_.IsOK() || !source) return init_status_;
   xerces_message_.clear();
-  if (IsTooDeep(*source)) {
-    xerces_message_ = "the document is nested deeper than " + std::to_string(kDeepestWrittenLevel) +
-                      " levels and cannot be written";
-    return Failure(kWriteFailed);
-  }
 
   DOMImplementation* implementation = GetLoadSaveImplementation();
   XercesPtr<DOMLSSerializer> serializer = MakeSerializer(*implementation);

@@ -105,10 +105,11 @@ class MCXPRSUTIL_EXPORT MCXMLReadWrite {
   ///
   /// @param fileName path of the file, which is replaced.
   /// @param doc the document, borrowed; null writes the current document.
-  /// @return OK; 103 if the platform could not start; 118 if the document is nested deeper than
-  ///         10000 levels (no file is created then), serialising threw, or the file
-  ///         refused data while it was written or closed (GetXercesMessage() has the message of an
-  ///         XMLException, and is empty for other exceptions).
+  /// @return OK; 103 if the platform could not start; 118 if the document is nested
+  ///         deeper than the stack of the thread allows (the XML library takes about 200 bytes for
+  ///         a level, 8 MiB do for some 40000 levels), if serialising threw, or if the file refused
+  ///         data while it was written or closed. GetXercesMessage() tells why; it is empty for
+  ///         exceptions other than XMLException.
   MCCommon::MCStatus WriteFromDOM(const std::string& fileName,
                                   const XERCES_CPP_NAMESPACE::DOMDocument* doc) const;
 

@@ -88,8 +88,9 @@ class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
   /// return 124, 125 or 108.
   ///
   /// A model that is accepted may still make the document one that cannot be written: if it is
-  /// nested too deep (level 10000 of the combined document is the last), or if a split value or a
-  /// category holds a character that XML cannot hold. GetDiagnostics() tells so at once.
+  /// nested too deep for the stack of the thread that exports (told from level 10000 on), or if a
+  /// split value or a category holds a character that XML cannot hold. GetDiagnostics() tells so at
+  /// once.
   ///
   /// An exception of the parser that is no XMLException (a DOMException for an XML version other
   /// than 1.0 and 1.1) passes and leaves the combined document as it was. Memory shortage passes

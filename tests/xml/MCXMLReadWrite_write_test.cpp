@@ -1,5 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -70,6 +71,25 @@ bool SucceedsInChild(const std::function<bool()>& run) {
   int state = 0;
   return waitpid(child, &state, 0) == child && WIFEXITED(state) && WEXITSTATUS(state) == 0;
 }
+
+namespace {
+
+// Runs `work` on a thread whose stack has `bytes`.
+void RunOnStackOf(std::size_t bytes, std::function<void()> work) {
+  pthread_attr_t attributes;
+  ASSERT_EQ(pthread_attr_init(&attributes), 0);
+  ASSERT_EQ(pthread_attr_setstacksize(&attributes, bytes), 0);
+  const auto run = [](void* argument) -> void* {
+    (*static_cast<std::function<void()>*>(argument))();
+    return nullptr;
+  };
+  pthread_t thread;
+  ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
+  ASSERT_EQ(pthread_join(thread, nullptr), 0);
+  pthread_attr_destroy(&attributes);
+}
+
+}  // namespace
 
 TEST(MCXMLReadWriteWrite, NothingToWriteIsOkAndCreatesNoFile) {
   const ScratchFolder folder;
@@ -221,7 +241,7 @@ TEST(MCXMLReadWriteWrite, FailedWriteLeavesNoOpenFile) {
   EXPECT_EQ(OpenFiles(), before);
 }
 
-TEST(MCXMLReadWriteWrite, DeepestTreeThatIsWrittenHas10000Levels) {
+TEST(MCXMLReadWriteWrite, DeepTreeThatFitsTheStackIsWritten) {
   const ScratchFolder folder;
   for (const std::string& xml : {Nested(10'000), Nested(9'999, "text"),
                                  "<a>" + Nested(9'999) + Nested(9'999) + "<b/></a>"}) {
@@ -233,20 +253,34 @@ TEST(MCXMLReadWriteWrite, DeepestTreeThatIsWrittenHas10000Levels) {
   }
 }
 
-TEST(MCXMLReadWriteWrite, DeeperTreeIs118WithAMessageAndCreatesNoFile) {
+// 300 000 levels are more than the 8 MiB of a main thread hold, 1000 more than a small thread's.
+TEST(MCXMLReadWriteWrite, TreeTooDeepForTheStackIs118WithAMessage) {
   const ScratchFolder folder;
-  for (const std::string& xml : {Nested(10'001), Nested(10'000, "text"),
-                                 "<a>" + Nested(9'999) + Nested(10'000) + "</a>", Nested(70'000)}) {
+  for (const std::string& xml :
+       {Nested(300'000), Nested(300'000, "text"), "<a>" + Nested(2) + Nested(300'000) + "</a>"}) {
     TestDocument doc(xml);
     EXPECT_EQ(doc.Reader().WriteFromDOM(folder.File("a.xml"), nullptr), kWriteFailed);
-    EXPECT_NE(doc.Reader().GetXercesMessage(), "");
-    EXPECT_FALSE(std::filesystem::exists(folder.File("a.xml")));
+    EXPECT_EQ(doc.Reader().GetXercesMessage(),
+              "the document is nested too deep: writing it would overflow the stack");
   }
 }
 
-TEST(MCXMLReadWriteWrite, TreeThatIsTooDeepStillParsesAndMayBeFollowedByAnother) {
+TEST(MCXMLReadWriteWrite, StackOfTheCallingThreadCounts) {
   const ScratchFolder folder;
-  TestDocument deep(Nested(70'000));
+  TestDocument doc(Nested(10'000));
+  MCStatus status;
+  RunOnStackOf(512 * 1024,
+               [&] { status = doc.Reader().WriteFromDOM(folder.File("a.xml"), nullptr); });
+  EXPECT_EQ(status, kWriteFailed);
+  EXPECT_NE(doc.Reader().GetXercesMessage(), "");
+  RunOnStackOf(8 * 1024 * 1024,
+               [&] { status = doc.Reader().WriteFromDOM(folder.File("a.xml"), nullptr); });
+  EXPECT_TRUE(status.IsOK());
+}
+
+TEST(MCXMLReadWriteWrite, TreeThatIsTooDeepMayBeFollowedByAnother) {
+  const ScratchFolder folder;
+  TestDocument deep(Nested(300'000));
   ASSERT_EQ(deep.Reader().WriteFromDOM(folder.File("a.xml"), nullptr), kWriteFailed);
   TestDocument flat("<a/>");
   EXPECT_TRUE(deep.Reader().WriteFromDOM(folder.File("a.xml"), &flat.Get()).IsOK());
