@@ -68,7 +68,7 @@ class Walker {
 
 class DataModelWalker : Walker {
  public:
-  DataModelWalker(MCVarList& list, int rangeCount) : Walker(list), rangeCount_(rangeCount) {}
+  DataModelWalker(MCVarList& list, int rangeCount) : Walker(list), range_count_(rangeCount) {}
 
   void ReadField(const DOMElement& field) const {
     const std::string name = Text(field, u"name");
@@ -117,11 +117,11 @@ class DataModelWalker : Walker {
     if (role == IMCVariable::kRoleFrequencyWeight) {
       list_.SetWeightVar(name, label, IMCVariable::kRoundNearest);
     } else {
-      list_.AddContVar(name, label, range.lower, range.upper, role, true, rangeCount_);
+      list_.AddContVar(name, label, range.lower, range.upper, role, true, range_count_);
     }
   }
 
-  int rangeCount_;
+  int range_count_;
 };
 
 struct DataTypeCode {

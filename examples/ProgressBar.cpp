@@ -19,15 +19,15 @@ ProgressBar::ProgressBar(std::ostream& out, int width, std::string title, std::s
       width_(width > 0 ? static_cast<std::size_t>(width) : 0),
       title_(std::move(title)),
       total_(total),
-      nextDraw_(Clock::now()) {}
+      next_draw_(Clock::now()) {}
 
 ProgressBar::~ProgressBar() { Clear(); }
 
 void ProgressBar::Advance() {
   ++done_;
-  if (width_ == 0 || (done_ < total_ && Clock::now() < nextDraw_)) return;
+  if (width_ == 0 || (done_ < total_ && Clock::now() < next_draw_)) return;
   Draw();
-  nextDraw_ = Clock::now() + kPause;
+  next_draw_ = Clock::now() + kPause;
 }
 
 void ProgressBar::Clear() {

@@ -38,7 +38,7 @@ class ProgressBar {
   std::size_t total_;
   std::size_t done_ = 0;
   bool drawn_ = false;
-  Clock::time_point nextDraw_;
+  Clock::time_point next_draw_;
 };
 
 }  // namespace examples

@@ -23,6 +23,7 @@
 
 #include "DisplayWidth.h"
 #include "FileCheck.h"
+#include "ParseMessage.h"
 #include "StatusText.h"
 #include "mccommon/MCFormat.h"
 #include "mccommon/MCVarList.h"
@@ -120,21 +121,21 @@ class ColumnVariable final : public IMCVariable {
   const std::string& GetName() const override { return column_.name; }
   const std::string& GetLabel() const override { return column_.title; }
   int GetKind() const override { return kind_; }
-  int GetValueFormat() const override { return dataType_ == 1 ? 1 : 0; }
+  int GetValueFormat() const override { return data_type_ == 1 ? 1 : 0; }
   VariableRole GetRole() const override { return role_; }
   int GetNCategories() const override { return static_cast<int>(column_.codes.size()); }
   const IMCCategorySet* GetCategorySet() const override {
     return kind_ == 1 ? nullptr : &categories_;
   }
-  int GetDataType() const override { return dataType_; }
-  void SetDataType(int code) override { dataType_ = code; }
+  int GetDataType() const override { return data_type_; }
+  void SetDataType(int code) override { data_type_ = code; }
 
  private:
   const Column& column_;
   ColumnCategories categories_;
   int kind_;
   VariableRole role_;
-  int dataType_ = 0;
+  int data_type_ = 0;
 };
 
 class ColumnEncoder final : public IMCVarEncoder {
@@ -264,7 +265,7 @@ int Run(const std::string& file, bool bins) {
   std::ifstream in(file, std::ios::binary);
   MCXPrsUtil::MCPMMLParser parser;
   if (const auto status = parser.ParseToDOM(in); !status.IsOK()) {
-    const std::string message = parser.GetXercesMessage();
+    const std::string message = examples::ReadParseMessage(parser.GetXercesMessage()).text;
     return Fail(file, examples::StatusText(status) + (message.empty() ? "" : ": " + message));
   }
   CodeBook book([](const Column& column, const std::string& news) {

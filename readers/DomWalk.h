@@ -8,8 +8,6 @@
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "xml/AttributeText.h"
-
 namespace MCXPrsUtil {
 
 inline bool SameText(const XMLCh* a, const XMLCh* b) {
@@ -34,11 +32,6 @@ inline XERCES_CPP_NAMESPACE::DOMElement* ThisOrNextElement(XERCES_CPP_NAMESPACE:
 inline XERCES_CPP_NAMESPACE::DOMElement* FirstChild(const XERCES_CPP_NAMESPACE::DOMElement& parent,
                                                     const XMLCh* name) {
   return ThisOrNextElement(parent.getFirstChild(), name);
-}
-
-// The text of an attribute: null when it is absent, empty when it is written as empty.
-inline const XMLCh* Attribute(const XERCES_CPP_NAMESPACE::DOMElement& element, const XMLCh* name) {
-  return AttributeText(element, name);
 }
 
 // A range for loops: the child elements of `parent` that are named `name`, in document order.

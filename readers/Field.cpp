@@ -6,6 +6,7 @@
 #include "mcxprsutil/MCXTranscoder.h"
 #include "readers/DomWalk.h"
 #include "readers/Names.h"
+#include "xml/AttributeText.h"
 #include "xml/NumberText.h"
 #include "xml/StatusCodes.h"
 
@@ -71,16 +72,16 @@ void Field::Clear() {
 }
 
 MCStatus ReadHeading(const DOMElement& element, const FieldDialect& dialect, Field& field) {
-  if (const XMLCh* label = Attribute(element, dialect.label)) field.label = ToUTF8(label);
+  if (const XMLCh* label = AttributeText(element, dialect.label)) field.label = ToUTF8(label);
 
-  const XMLCh* word = Attribute(element, dialect.dataType);
+  const XMLCh* word = AttributeText(element, dialect.dataType);
   if (word == nullptr) return Failure(kAttributeMissing);
   const DataType* type = FindDataType(dialect.types, word);
   if (type == nullptr) return Failure(kAttributeInvalid);
   field.content = type->content;
   field.dataTypeCode = type->code;
 
-  const XMLCh* measure = Attribute(element, dialect.measure);
+  const XMLCh* measure = AttributeText(element, dialect.measure);
   if (measure == nullptr) return Failure(kAttributeMissing);
   field.continuous = SameText(measure, names::kContinuous);
   return MCStatus();
@@ -88,7 +89,7 @@ MCStatus ReadHeading(const DOMElement& element, const FieldDialect& dialect, Fie
 
 void AppendValue(const DOMElement& value, const FieldDialect& dialect, Content content,
                  ValueLists& lists) {
-  if (const XMLCh* text = Attribute(value, names::kValueText)) {
+  if (const XMLCh* text = AttributeText(value, names::kValueText)) {
     double number = 0;
     if (content == Content::kTexts) {
       lists.texts.push_back(ToUTF8(text));
@@ -96,7 +97,7 @@ void AppendValue(const DOMElement& value, const FieldDialect& dialect, Content c
       lists.numbers.push_back(number);
     }
   }
-  if (const XMLCh* label = Attribute(value, dialect.valueLabel)) {
+  if (const XMLCh* label = AttributeText(value, dialect.valueLabel)) {
     lists.labels.push_back(ToUTF8(label));
   }
 }

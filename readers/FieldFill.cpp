@@ -3,6 +3,7 @@
 #include "mcxprsutil/MCXTranscoder.h"
 #include "readers/DomWalk.h"
 #include "readers/Names.h"
+#include "xml/AttributeText.h"
 #include "xml/StatusCodes.h"
 
 namespace MCXPrsUtil {
@@ -19,7 +20,7 @@ MCStatus FieldFill::AddAll(const DOMElement& parent) {
 }
 
 MCStatus FieldFill::AddField(const DOMElement& element) {
-  const XMLCh* name = Attribute(element, names::kName);
+  const XMLCh* name = AttributeText(element, names::kName);
   if (name == nullptr) return Failure(kAttributeMissing);
   if (!Wants(name)) return MCStatus();
 

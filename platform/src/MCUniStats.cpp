@@ -24,7 +24,7 @@ MCUniStats::MCUniStats(const std::string& name, double total, const SummStats& s
       total_(total),
       continuous_(true),
       summary_(summary),
-      cutPoints_(cutPoints),
+      cut_points_(cutPoints),
       frequencies_(frequencies) {}
 
 bool MCUniStats::IsValid() const {
@@ -32,8 +32,8 @@ bool MCUniStats::IsValid() const {
   const auto isCount = [](double number) { return number >= 0; };
   if (name_.empty() || !isCount(total_)) return false;
   if (!std::all_of(frequencies_.begin(), frequencies_.end(), isCount)) return false;
-  if (!continuous_ || (cutPoints_.empty() && frequencies_.empty())) return true;
-  return frequencies_.size() + 1 == cutPoints_.size();
+  if (!continuous_ || (cut_points_.empty() && frequencies_.empty())) return true;
+  return frequencies_.size() + 1 == cut_points_.size();
 }
 
 }  // namespace MCMTD_NAMESPACE

@@ -56,7 +56,7 @@ MCVariable::MCVariable(std::string name, std::string label, MCRange range, Varia
     : name_(std::move(name)),
       label_(std::move(label)),
       role_(role),
-      hasRange_(true),
+      has_range_(true),
       range_(std::move(range)) {}
 
 MCVariable::MCVariable(std::string name, std::string label, MCCategorySet categories,
@@ -87,7 +87,7 @@ int MCVariable::GetKind() const {
 
 int MCVariable::GetValueFormat() const {
   constexpr int kIntegerDataType = 1;
-  return dataType_ == kIntegerDataType ? 1 : 0;
+  return data_type_ == kIntegerDataType ? 1 : 0;
 }
 
 IMCVariable::VariableRole MCVariable::GetRole() const { return role_; }
@@ -98,9 +98,9 @@ const MCCategorySet* MCVariable::GetCategorySet() const {
   return IsContinuous() ? nullptr : &*categories_;
 }
 
-int MCVariable::GetDataType() const { return dataType_; }
+int MCVariable::GetDataType() const { return data_type_; }
 
-void MCVariable::SetDataType(int code) { dataType_ = code; }
+void MCVariable::SetDataType(int code) { data_type_ = code; }
 
 bool MCVariable::HasMinimum() const {
   return range_.minimum != MCMV::gMissingValue && range_.minimum != -DBL_MAX;

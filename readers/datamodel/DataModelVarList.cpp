@@ -6,6 +6,7 @@
 #include "readers/Field.h"
 #include "readers/FieldFill.h"
 #include "readers/Names.h"
+#include "xml/AttributeText.h"
 #include "xml/NumberText.h"
 
 namespace MCXPrsUtil {
@@ -36,7 +37,7 @@ constexpr RoleWord kRoles[] = {{u"input", IMCVariable::kRoleInput},
 static_assert(std::size(kRoles) == 3, "three roles; any other word means none");
 
 void ReplaceBound(const DOMElement& range, const XMLCh* name, double& bound) {
-  if (const XMLCh* text = Attribute(range, name)) ParseDouble(text, bound);
+  if (const XMLCh* text = AttributeText(range, name)) ParseDouble(text, bound);
 }
 
 // Fields have roles, and values are all valid; neither bins nor data type codes nor anything to
@@ -48,7 +49,7 @@ class DataModelFill final : public FieldFill {
 
  private:
   IMCVariable::VariableRole ReadRole(const DOMElement& element) const override {
-    const XMLCh* word = Attribute(element, names::kRole);
+    const XMLCh* word = AttributeText(element, names::kRole);
     for (const RoleWord& entry : kRoles) {
       if (word == nullptr || !SameText(word, entry.word)) continue;
       const bool declared = input_role_flag_ && entry.role == IMCVariable::kRoleInput;

@@ -2,6 +2,7 @@
 
 #include "readers/DomWalk.h"
 #include "readers/Names.h"
+#include "xml/AttributeText.h"
 #include "xml/NumberText.h"
 #include "xml/Utf16Name.h"
 
@@ -16,15 +17,15 @@ namespace {
 // Valid unless "property" says another word. Without attributes it is no value.
 void ReadValue(const DOMElement& value, const FieldDialect& dialect, Field& field) {
   if (!value.hasAttributes()) return;
-  const XMLCh* property = Attribute(value, names::kProperty);
+  const XMLCh* property = AttributeText(value, names::kProperty);
   const bool valid = property == nullptr || SameText(property, names::kValid);
   AppendValue(value, dialect, field.content, valid ? field.valid : field.missing);
 }
 
 // Takes a bound from an "Extension" that holds one as a number. Its "extender" does not matter.
 void ReadInvalidRange(const DOMElement& extension, Range& range) {
-  const XMLCh* name = Attribute(extension, names::kName);
-  const XMLCh* text = Attribute(extension, names::kValueText);
+  const XMLCh* name = AttributeText(extension, names::kName);
+  const XMLCh* text = AttributeText(extension, names::kValueText);
   double bound = 0;
   if (name == nullptr || text == nullptr || !ParseDouble(text, bound)) return;
   if (SameText(name, names::kInvalidRangeLower)) range.lower = bound;

@@ -4,6 +4,7 @@
 #include "readers/DomWalk.h"
 #include "readers/Field.h"
 #include "readers/Names.h"
+#include "xml/AttributeText.h"
 #include "xml/NumberText.h"
 
 namespace MCXPrsUtil {
@@ -20,7 +21,7 @@ void VisitDiscretisations(const DOMElement& transformationDictionary, Visit visi
   for (const DOMElement& derived : Children(transformationDictionary, names::kDerivedField)) {
     for (const DOMElement& discretize : Children(derived, names::kDiscretize)) {
       if (!discretize.hasAttributes()) continue;
-      const XMLCh* field = Attribute(discretize, names::kField);
+      const XMLCh* field = AttributeText(discretize, names::kField);
       if (visit(discretize, field == nullptr ? kNoField : field)) return;
     }
   }
@@ -28,7 +29,7 @@ void VisitDiscretisations(const DOMElement& transformationDictionary, Visit visi
 
 double Margin(const DOMElement& interval, const XMLCh* name, double open) {
   double margin = open;
-  if (const XMLCh* text = Attribute(interval, name)) ParseDouble(text, margin);
+  if (const XMLCh* text = AttributeText(interval, name)) ParseDouble(text, margin);
   return margin;
 }
 
@@ -49,7 +50,8 @@ void ReadBins(const DOMElement& discretize, std::vector<double>& cutPoints,
   cutPoints.assign(1, 0.0);
   binValues.clear();
   for (const DOMElement& bin : Children(discretize, names::kDiscretizeBin)) {
-    if (const XMLCh* value = Attribute(bin, names::kBinValue)) binValues.push_back(ToUTF8(value));
+    if (const XMLCh* value = AttributeText(bin, names::kBinValue))
+      binValues.push_back(ToUTF8(value));
     for (const DOMElement& interval : Children(bin, names::kInterval)) {
       if (cutPoints.size() == 1) {
         cutPoints.front() = Margin(interval, names::kLeftMargin, -kLargestDouble);
@@ -62,14 +64,14 @@ void ReadBins(const DOMElement& discretize, std::vector<double>& cutPoints,
 DiscretisationIndex::DiscretisationIndex(const DOMElement& transformationDictionary) {
   VisitDiscretisations(transformationDictionary,
                        [this](const DOMElement& discretize, const XMLCh* field) {
-                         byField_.emplace(field, &discretize);  // keeps the first of a field
+                         by_field_.emplace(field, &discretize);  // keeps the first of a field
                          return false;
                        });
 }
 
 const DOMElement* DiscretisationIndex::Find(const XMLCh* name) const {
-  const auto found = byField_.find(name);
-  return found == byField_.end() ? nullptr : found->second;
+  const auto found = by_field_.find(name);
+  return found == by_field_.end() ? nullptr : found->second;
 }
 
 }  // namespace MCXPrsUtil

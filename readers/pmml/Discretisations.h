@@ -30,7 +30,7 @@ class DiscretisationIndex {
 
  private:
   // The keys are views of attribute values in the document.
-  std::unordered_map<std::u16string_view, const XERCES_CPP_NAMESPACE::DOMElement*> byField_;
+  std::unordered_map<std::u16string_view, const XERCES_CPP_NAMESPACE::DOMElement*> by_field_;
 };
 
 }  // namespace MCXPrsUtil

@@ -12,6 +12,7 @@
 #include "mcxprsutil/MCXTranscoder.h"
 #include "readers/DomWalk.h"
 #include "readers/Names.h"
+#include "xml/AttributeText.h"
 #include "xml/NumberText.h"
 #include "xml/StatusCodes.h"
 
@@ -32,7 +33,7 @@ enum class Found { kNothing, kNumber, kNoNumber };
 // Reads a number that need not be there: it is missing then. A text that is no number leaves
 // `value` alone.
 Found ReadNumber(const DOMElement& element, const XMLCh* name, double& value) {
-  if (const XMLCh* text = Attribute(element, name)) {
+  if (const XMLCh* text = AttributeText(element, name)) {
     return ParseDouble(text, value) ? Found::kNumber : Found::kNoNumber;
   }
   value = MCMV::gMissingValue;
@@ -66,7 +67,7 @@ bool IsNumericArray(const XMLCh* type) {
 // Reads an "Array" of frequencies. A negative one is kept in the list and fails; so does "NaN",
 // since the missing value is negative.
 MCStatus ExtractFreqs(Numbers& frequencies, const DOMElement& array) {
-  const XMLCh* type = Attribute(array, names::kType);
+  const XMLCh* type = AttributeText(array, names::kType);
   if (type == nullptr) return Failure(kAttributeMissing);
   if (!IsNumericArray(type)) return Failure(kAttributeInvalid);
   if (!AssembleDoublesList(array, frequencies)) return Failure(kFrequenciesInvalid);
@@ -125,7 +126,7 @@ MCStatus MCPMMLParser::ExtractInterval(double& left, double& right, bool& openLe
   const bool bounded = foundRight == Found::kNumber && !IsMissing(left);
   if (bounded && !(left < right)) return Failure(kAttributeInvalid);
 
-  const XMLCh* closure = Attribute(interval, names::kClosure);
+  const XMLCh* closure = AttributeText(interval, names::kClosure);
   if (closure == nullptr) return Failure(kAttributeMissing);
   openLeft = IsOpenOnTheLeft(closure);
   return MCStatus();
@@ -169,7 +170,7 @@ MCStatus MCPMMLParser::FillUniStats(MCUniStats& stats, const DOMElement*& cursor
   cursor = NextStatistics(*model_element_, cursor);
   if (cursor == nullptr) return MCStatus();
   const DOMElement& element = *cursor;
-  const XMLCh* field = Attribute(element, names::kField);
+  const XMLCh* field = AttributeText(element, names::kField);
   if (field == nullptr) return Failure(kAttributeMissing);
   double total = 0;
   if (MCStatus status = ReadTotal(element, total); !status.IsOK()) return status;

@@ -6,6 +6,7 @@
 #include "readers/DomWalk.h"
 #include "readers/Names.h"
 #include "readers/settings/ParameterValues.h"
+#include "xml/AttributeText.h"
 #include "xml/StatusCodes.h"
 #include "xml/Utf16Name.h"
 
@@ -40,7 +41,7 @@ DOMElement* FindNamed(const DOMElement& scope, const XMLCh* element, const char*
   const Utf16Name key(name);
   DOMElement* child = FirstChild(scope, element);
   for (; child != nullptr; child = ThisOrNextElement(child->getNextSibling(), element)) {
-    const XMLCh* text = Attribute(*child, names::kName);
+    const XMLCh* text = AttributeText(*child, names::kName);
     if (text != nullptr && SameText(text, key.Get())) return child;
   }
   return nullptr;
@@ -79,7 +80,7 @@ FoundParameter MCSettingsParser::Find(const XMLCh* element, const char* name, vo
 
 MCSettingsParser::ParameterType MCSettingsParser::GetParameterType(const char* name, void* scope) {
   const DOMElement* parameter = Find(names::kParameter, name, scope).element;
-  const XMLCh* word = parameter == nullptr ? nullptr : Attribute(*parameter, names::kType);
+  const XMLCh* word = parameter == nullptr ? nullptr : AttributeText(*parameter, names::kType);
   if (word == nullptr) return ParamUnknown;
   int type = ParamString;
   while (type != ParamUnknown && !SameText(word, kTypes[type])) ++type;

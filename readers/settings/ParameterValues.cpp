@@ -6,6 +6,7 @@
 #include "mcxprsutil/MCXTranscoder.h"
 #include "readers/DomWalk.h"
 #include "readers/Names.h"
+#include "xml/AttributeText.h"
 #include "xml/NumberText.h"
 #include "xml/StatusCodes.h"
 
@@ -48,7 +49,7 @@ bool IsEntry(const std::string& value) { return !value.empty(); }
 template <class Value>
 MCStatus AppendEntry(const DOMElement& element, const MCStatus& absent,
                      std::vector<Value>& values) {
-  const XMLCh* text = Attribute(element, names::kValueText);
+  const XMLCh* text = AttributeText(element, names::kValueText);
   if (text == nullptr) return absent;
   Value value{};
   if (!ReadText(text, value)) return Failure(kAttributeInvalid);
@@ -66,7 +67,7 @@ MCStatus AppendEntries(const DOMElement& list, const MCStatus& absent, std::vect
 }
 
 bool IsDeclaredList(const DOMElement& parameter) {
-  const XMLCh* isList = Attribute(parameter, names::kIsList);
+  const XMLCh* isList = AttributeText(parameter, names::kIsList);
   return isList != nullptr && SameText(isList, names::kTrue);
 }
 
@@ -89,7 +90,7 @@ template <class Value>
 std::vector<Value> ReadRow(const DOMElement& element) {
   std::vector<Value> row;
   for (const DOMElement& cell : Children(element, names::kValue)) {
-    const XMLCh* text = Attribute(cell, names::kValueText);
+    const XMLCh* text = AttributeText(cell, names::kValueText);
     Value value{};
     if (text != nullptr && ReadText(text, value)) row.push_back(std::move(value));
   }
@@ -101,7 +102,7 @@ std::vector<Value> ReadRow(const DOMElement& element) {
 template <class Value>
 MCStatus ReadScalar(const FoundParameter& found, Value& value) {
   if (found.element == nullptr) return found.status;
-  if (const XMLCh* text = Attribute(*found.element, names::kValueText)) {
+  if (const XMLCh* text = AttributeText(*found.element, names::kValueText)) {
     return ReadText(text, value) ? MCStatus() : Failure(kAttributeInvalid);
   }
   const bool hasList = FirstChild(*found.element, names::kListValue) != nullptr;
@@ -140,7 +141,7 @@ MCStatus ReadVariables(const FoundParameter& found, std::vector<std::string>& na
 
 MCStatus ReadVariable(const FoundParameter& found, std::string& name) {
   if (found.element == nullptr) return found.status;
-  if (const XMLCh* text = Attribute(*found.element, names::kValueText)) {
+  if (const XMLCh* text = AttributeText(*found.element, names::kValueText)) {
     name = ToUTF8(text);
     return MCStatus();
   }

@@ -9,6 +9,7 @@
 #include "readers/Field.h"
 #include "readers/Names.h"
 #include "readers/pmml/DictionaryFill.h"
+#include "xml/AttributeText.h"
 #include "xml/NumberText.h"
 #include "xml/StatusCodes.h"
 
@@ -45,7 +46,7 @@ constexpr double kAbsentRightMargin = kLargestDouble;
 // with the other margin like any number.
 bool ReadMargin(const DOMElement& interval, const XMLCh* name, double absent, double& margin) {
   margin = absent;
-  const XMLCh* text = Attribute(interval, name);
+  const XMLCh* text = AttributeText(interval, name);
   return text == nullptr || ParseDouble(text, margin);
 }
 

@@ -57,7 +57,7 @@ class MCCOMMON_EXPORT MCUniStats {
   const SummStats& GetSummary() const { return summary_; }
 
   /// Empty for a categorical field.
-  const std::vector<double>& GetCutPoints() const { return cutPoints_; }
+  const std::vector<double>& GetCutPoints() const { return cut_points_; }
 
   const std::vector<double>& GetFrequencies() const { return frequencies_; }
 
@@ -66,7 +66,7 @@ class MCCOMMON_EXPORT MCUniStats {
   double total_;
   bool continuous_;
   SummStats summary_;
-  std::vector<double> cutPoints_;
+  std::vector<double> cut_points_;
   std::vector<double> frequencies_;
 };
 

@@ -38,30 +38,30 @@ class MCCOMMON_EXPORT MCVarEncoder final : public IMCVarEncoder {
   void SetInvalidRange(double lower, double upper) override;
 
   /// The labels of the bins, lowest bin first; empty where none were set.
-  const std::vector<std::string>& GetBinLabels() const { return binLabels_; }
+  const std::vector<std::string>& GetBinLabels() const { return bin_labels_; }
 
   /// The numeric missing values, in the order of their declaration.
-  const std::vector<MissingNumber>& GetMissingNumbers() const { return missingNumbers_; }
+  const std::vector<MissingNumber>& GetMissingNumbers() const { return missing_numbers_; }
 
   /// The text missing values, in the order of their declaration.
-  const std::vector<MissingText>& GetMissingTexts() const { return missingTexts_; }
+  const std::vector<MissingText>& GetMissingTexts() const { return missing_texts_; }
 
   /// True once an invalid range was set.
-  bool HasInvalidRange() const { return hasInvalidRange_; }
+  bool HasInvalidRange() const { return has_invalid_range_; }
 
   /// The lower end of the invalid range as given; MCMV::gMissingValue before there is one.
-  double GetInvalidLower() const { return invalidLower_; }
+  double GetInvalidLower() const { return invalid_lower_; }
 
   /// The upper end of the invalid range as given; MCMV::gMissingValue before there is one.
-  double GetInvalidUpper() const { return invalidUpper_; }
+  double GetInvalidUpper() const { return invalid_upper_; }
 
  private:
-  std::vector<std::string> binLabels_;
-  std::vector<MissingNumber> missingNumbers_;
-  std::vector<MissingText> missingTexts_;
-  bool hasInvalidRange_ = false;
-  double invalidLower_;
-  double invalidUpper_;
+  std::vector<std::string> bin_labels_;
+  std::vector<MissingNumber> missing_numbers_;
+  std::vector<MissingText> missing_texts_;
+  bool has_invalid_range_ = false;
+  double invalid_lower_;
+  double invalid_upper_;
 };
 
 }  // namespace MCMTD_NAMESPACE

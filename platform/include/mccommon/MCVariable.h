@@ -108,7 +108,7 @@ class MCCOMMON_EXPORT MCVariable final : public IMCVariable {
 
   /// True when the variable was added with a range, an open one included. Without one the accessors
   /// below give the values of an open range that nothing divides: missing, false, -1, empty.
-  bool HasRange() const { return hasRange_; }
+  bool HasRange() const { return has_range_; }
 
   /// True when the range has a lower end: neither missing nor the most negative finite double.
   bool HasMinimum() const;
@@ -140,8 +140,8 @@ class MCCOMMON_EXPORT MCVariable final : public IMCVariable {
   std::string name_;
   std::string label_;
   VariableRole role_;
-  int dataType_ = 0;
-  bool hasRange_ = false;
+  int data_type_ = 0;
+  bool has_range_ = false;
   MCRange range_;
   std::optional<MCCategorySet> categories_;
   std::optional<WRoundingOption> rounding_;
