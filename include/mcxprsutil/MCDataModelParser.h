@@ -43,10 +43,10 @@ class MCDataModelParserImp;
 /// FillVarList() begins with a copy of it: after a failed parse it fails with that parse's code.
 /// FillVarList() does not change the stored status.
 ///
-/// The reader owns the document: a new parse and the destructor destroy every node of it. A reader
-/// is used by one thread at a time; several readers may live at once, but while one is being
-/// constructed or destroyed no other thread may construct or destroy an object that starts or stops
-/// the XML platform.
+/// The reader owns the document: a new parse and the destructor destroy every node of it. Do not
+/// call one reader from two threads at once; several readers may live at once, but while one is
+/// being constructed or destroyed no other thread may construct or destroy an object that starts or
+/// stops the XML platform.
 class MCXPRSUTIL_EXPORT MCDataModelParser {
  public:
   /// Starts the XML platform, which counts its users, and creates the parser with its default
@@ -61,10 +61,12 @@ class MCXPRSUTIL_EXPORT MCDataModelParser {
   MCDataModelParser(const MCDataModelParser&) = delete;
   MCDataModelParser& operator=(const MCDataModelParser&) = delete;
 
-  /// Parses `text`, the whole document (not a file name), and replaces the current document.
+  /// Reads the document in `text`, which is all of it and not a file name; the reader holds that
+  /// one from now on, or none.
   ///
-  /// The previous document is gone whatever the result. `text` is in the encoding that its XML
-  /// declaration names, UTF-8 without one; it is not needed afterwards. Never throws.
+  /// The previous document is released before `text` is looked at, whatever the result. `text` is
+  /// in the encoding that its XML declaration names, UTF-8 without one; it is not needed
+  /// afterwards. Never throws.
   ///
   /// @return OK;
   ///         103 if the construction had failed, or no parser could be created;
@@ -89,6 +91,10 @@ class MCXPRSUTIL_EXPORT MCDataModelParser {
   /// other word or none (see IMCVariable::VariableRole). A continuous field with role 3 becomes the
   /// list's weight variable with rounding option 2; a categorical one is added like any other.
   ///
+  /// The list is asked for the encoder of each categorical variable with numbers, once, after that
+  /// variable was added (MCVarList::GetEncoderAt()). Nothing is declared there, and a null encoder
+  /// is no failure.
+  ///
   /// @param list           receives the variables; what it throws passes to the caller.
   /// @param inputRoleFlag  whether "input" gives the role 5 instead of 4.
   /// @param rangeFlag      whether continuous variables (other than the weight) get the bounds of
@@ -101,8 +107,9 @@ class MCXPRSUTIL_EXPORT MCDataModelParser {
   ///         107 if no document is held;
   ///         108 if a field has no "name", "storage" or "measure";
   ///         109 if its "storage" is not "string", "integer", "real", "date", "time" or
-  ///         "timestamp"; 111 if the list refused a variable. The first failure ends the fill;
-  ///         `list` keeps what was added before it.
+  ///             "timestamp";
+  ///         111 if the list refused a variable.
+  ///         The first failure ends the fill; `list` keeps what was added before it.
   MCCommon::MCStatus FillVarList(MCMTD_NAMESPACE::MCVarList& list, bool inputRoleFlag,
                                  bool rangeFlag, int rangeCount) const;
 

@@ -222,8 +222,8 @@ class MCXPRSUTIL_EXPORT MCPMMLParser {
                           std::vector<std::string>& binValues) const;
 
   /// Appends one variable per "DataField" of the data dictionary to `list`, in document order, each
-  /// with role 4 (see IMCVariable::VariableRole), and declares its missing values, its invalid
-  /// range and its bin labels at its encoder.
+  /// with role 4 (see IMCVariable::VariableRole), and declares at its encoder, in this order, its
+  /// bin labels, its missing values and its invalid range.
   ///
   /// "optype" "continuous" gives a continuous variable, any other a categorical one, whose
   /// categories are the values with "property" "valid" or without that attribute; all other values

@@ -60,7 +60,9 @@ struct FoundParameter;  // what a look-up gives inside the library
 /// preset. The "type" of a parameter is information for the caller; no operation checks it.
 ///
 /// The rules of MCPMMLParser for ownership and threads apply. MCPMMLParser::FillVarList() is hidden
-/// by the settings reader's own and can be called by its full name.
+/// by the settings reader's own and can be called by its full name. MCPMMLParser::ParseToDOM(),
+/// called by its full name, does not look for parameters: those of an earlier document stay in
+/// force; without any, the operations that look up parameters give 119.
 class MCXPRSUTIL_EXPORT MCSettingsParser : public MCPMMLParser {
  public:
   /// What a parameter says of its value by its attribute "type".
@@ -81,7 +83,10 @@ class MCXPRSUTIL_EXPORT MCSettingsParser : public MCPMMLParser {
   /// Destroys every document that is held, then stops the XML platform.
   ~MCSettingsParser() override;
 
-  /// Parses the XML read from `in`, replaces the current document, and finds its parameters.
+  /// Reads a document from `in`, as MCPMMLParser::ParseToDOM() does, and finds its parameters.
+  ///
+  /// The previous document is released before `in` is read, whatever the result, unless its
+  /// parameters are in force: then it lives on until the result is known.
   ///
   /// A document without parameters is refused with 119, but not after a document that had some:
   /// then the status is OK, and the operations that look up parameters go on answering from that
@@ -258,8 +263,8 @@ class MCXPRSUTIL_EXPORT MCSettingsParser : public MCPMMLParser {
   /// @}
 
   /// Appends one variable per "DataField" of the data dictionary to `list`, in document order, each
-  /// with role 4 (see IMCVariable::VariableRole), and declares its missing values, its invalid
-  /// range, its bin labels and its data type code.
+  /// with role 4 (see IMCVariable::VariableRole), and declares, in this order, its bin labels, its
+  /// missing values, its invalid range and its data type code.
   ///
   /// "optype" "continuous" gives a continuous variable, any other a categorical one, whose
   /// categories are the values with "property" "valid" or without that attribute; all other values
@@ -272,8 +277,7 @@ class MCXPRSUTIL_EXPORT MCSettingsParser : public MCPMMLParser {
   /// "rightMargin" is the largest double, but an absent "leftMargin" is the smallest positive
   /// normal double. "NaN" is the missing value, compared like any number.
   ///
-  /// Bin labels, missing values and invalid range follow the rules of MCPMMLParser::FillVarList()
-  /// and are declared in this order; the data type code is set last.
+  /// Bin labels, missing values and invalid range follow the rules of MCPMMLParser::FillVarList().
   ///
   /// | "dataType"                 | code |
   /// |----------------------------|------|

@@ -62,7 +62,7 @@ struct SplitVariable;
 /// status report anything. Copies are appended behind what the destination holds. Names and values
 /// are UTF-8, compared byte by byte.
 ///
-/// An object is used by one thread at a time.
+/// Do not call one combiner from two threads at once.
 class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
  public:
   /// Describes the split variables; there is no document yet.

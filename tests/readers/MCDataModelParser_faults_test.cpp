@@ -11,12 +11,10 @@
 #include <string>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXException.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/RuntimeException.hpp>
 
-#include "CountingMemory.h"
 #include "DataModelText.h"
+#include "support/CountingMemory.h"
 #include "xml/PlatformFault.h"
 
 namespace {
@@ -32,10 +30,6 @@ std::string Document(int fields, const std::string& prefix = "field") {
                        prefix + std::to_string(i));
   }
   return DataModel(text);
-}
-
-void ThrowRuntimeException() {
-  throw xercesc::RuntimeException(__FILE__, __LINE__, xercesc::XMLExcepts::CPtr_PointerIsZero);
 }
 
 void ExpectUnusable(MCDataModelParser& reader) {
@@ -69,7 +63,7 @@ TEST(MCDataModelParserFaults, ParserThatCannotBeCreatedGives103AndKeepsThePlatfo
   CountingMemory memory;
   const int platforms = xml_test::LivePlatforms();
   {
-    memory.FailAfter(0, ThrowRuntimeException);
+    memory.FailAfter(0, ThrowXMLException);
     MCDataModelParser reader;
     EXPECT_FALSE(memory.CancelFailure());
     ExpectUnusable(reader);
@@ -123,14 +117,14 @@ INSTANTIATE_TEST_SUITE_P(
         ModelThrownCase{
             "DOMException",
             [] { throw xercesc::DOMException(xercesc::DOMException::INVALID_STATE_ERR); }},
-        ModelThrownCase{"OutOfMemoryException", [] { throw xercesc::OutOfMemoryException(); }},
+        ModelThrownCase{"OutOfMemoryException", ThrowOutOfMemory},
         ModelThrownCase{"bad_alloc", [] { throw std::bad_alloc(); }}),
     [](const auto& test) { return std::string(test.param.name); });
 
 TEST(MCDataModelParserFaults, XMLExceptionOfTheParserBecomes104) {
   CountingMemory memory;
   MCDataModelParser reader;
-  memory.FailAfter(0, ThrowRuntimeException);
+  memory.FailAfter(0, ThrowXMLException);
   EXPECT_EQ(reader.ParseToDOM(Document(2)), MCStatus(104, false));
   EXPECT_FALSE(memory.CancelFailure());
   EXPECT_TRUE(reader.ParseToDOM(Document(2)).IsOK());

@@ -15,10 +15,9 @@
 #include <xercesc/sax/SAXException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/RuntimeException.hpp>
 
-#include "CountingMemory.h"
 #include "PmmlText.h"
+#include "support/CountingMemory.h"
 #include "xml/PlatformFault.h"
 
 namespace {
@@ -34,10 +33,6 @@ std::string Document(int fields, const std::string& prefix = "field") {
             "' dataType='double' optype='continuous'><Value value='1'/></DataField>";
   }
   return Pmml(text);
-}
-
-void ThrowRuntimeException() {
-  throw xercesc::RuntimeException(__FILE__, __LINE__, xercesc::XMLExcepts::CPtr_PointerIsZero);
 }
 
 void ExpectUnusable(MCPMMLParser& reader) {
@@ -74,7 +69,7 @@ TEST(MCPMMLParserFaults, ParserThatCannotBeCreatedGives103AndKeepsThePlatform) {
   CountingMemory memory;
   const int platforms = xml_test::LivePlatforms();
   {
-    memory.FailAfter(0, ThrowRuntimeException);
+    memory.FailAfter(0, ThrowXMLException);
     MCPMMLParser reader;
     EXPECT_FALSE(memory.CancelFailure());
     ExpectUnusable(reader);
@@ -132,7 +127,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(MCPMMLParserFaults, XMLExceptionOfTheParserBecomes104WithItsMessage) {
   CountingMemory memory;
   MCPMMLParser reader;
-  memory.FailAfter(0, ThrowRuntimeException);
+  memory.FailAfter(0, ThrowXMLException);
   EXPECT_EQ(ParseText(reader, Document(2)), MCStatus(104, false));
   EXPECT_FALSE(memory.CancelFailure());
   EXPECT_NE(reader.GetXercesMessage(), "");
@@ -145,7 +140,7 @@ TEST(MCPMMLParserFaults, LackOfMemoryPassesAndLeavesAUsableReader) {
   for (long n = 0; n < 100000; n += 1 + n / 16) {
     MCPMMLParser reader;
     ASSERT_TRUE(ParseText(reader, Document(1)).IsOK());
-    memory.FailAfter(n, [] { throw xercesc::OutOfMemoryException(); });
+    memory.FailAfter(n, ThrowOutOfMemory);
     std::istringstream in(Document(50));
     bool passed = false;
     try {

@@ -452,6 +452,8 @@ TEST(MCPMMLParserFill, RefusedFieldDeclaresNothing) {
 TEST(MCPMMLParserFill, MissingEncoderMattersOnlyIfThereIsSomethingToDeclare) {
   const std::string bins =
       TransDict(Binned("f", Bin("binValue='a'", kFirst) + Bin("binValue='b'", kSecond)));
+  const std::string numbered =
+      TransDict(Binned("f", Bin("binValue='0'", kFirst) + Bin("binValue='1'", kSecond)));
   const std::string missing = "<Value value='9' property='missing'/>";
   const struct {
     std::string text;
@@ -465,6 +467,7 @@ TEST(MCPMMLParserFill, MissingEncoderMattersOnlyIfThereIsSomethingToDeclare) {
       {Pmml(Field("string", "categorical", missing)), 111},
       {Pmml(Field("double", "continuous", "<Extension name='invalidRangeLower' value='1'/>")), 111},
       {Pmml(Field("double", "continuous"), bins), 111},
+      {Pmml(Field("double", "continuous"), numbered), 0},
   };
   for (const auto& [text, code] : cases) {
     MCPMMLParser reader;

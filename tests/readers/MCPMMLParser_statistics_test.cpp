@@ -403,7 +403,7 @@ TEST(MCPMMLParserStatistics, NextParseForgetsTheModelElement) {
   EXPECT_EQ(reader.FillUniStats(stats, cursor), MCStatus(112, false));
 }
 
-TEST(MCPMMLParserStatistics, PartsNeitherNeedAParseNorLookAtItsStatus) {
+TEST(MCPMMLParserStatistics, FillUniStatsCatAndContNeitherNeedAParseNorLookAtItsStatus) {
   const ModelReader other(Stats(Uni(kInfo + kCont + kDiscr)));  // no counts
   const DOMElement& element = other.FirstStatistics();
   MCPMMLParser fresh;
@@ -420,10 +420,9 @@ TEST(MCPMMLParserStatistics, PartsNeitherNeedAParseNorLookAtItsStatus) {
   }
 }
 
-// ------------------------------------------------------------------------------ the parts,
-// directly
+// -------------------------------------------------------------- FillUniStatsCat, FillUniStatsCont
 
-TEST(MCPMMLParserStatistics, PartsCheckNeitherNameNorTotal) {
+TEST(MCPMMLParserStatistics, FillUniStatsCatAndContCheckNeitherNameNorTotal) {
   const ModelReader reader(Stats(Uni(kInfo + kCont + kDiscr, "")));
   MCUniStats stats;
   EXPECT_TRUE(reader.FillUniStatsCat(stats, "", -5, reader.FirstStatistics()).IsOK());
@@ -441,7 +440,7 @@ TEST(MCPMMLParserStatistics, NameMayBeThatOfTheStatistics) {
   EXPECT_EQ(stats.GetName(), "a name that is long enough for the heap");
 }
 
-TEST(MCPMMLParserStatistics, ContinuousPartWithoutSummaryGives113) {
+TEST(MCPMMLParserStatistics, FillUniStatsContWithoutSummaryGives113) {
   const ModelReader reader(Stats(Uni(kCounts + kCont)));
   MCUniStats stats = Old();
   EXPECT_EQ(reader.FillUniStatsCont(stats, "f", 10, reader.FirstStatistics()),
@@ -449,14 +448,14 @@ TEST(MCPMMLParserStatistics, ContinuousPartWithoutSummaryGives113) {
   EXPECT_EQ(Text(stats), kOld);
 }
 
-TEST(MCPMMLParserStatistics, ContinuousPartWithoutDistributionIsOkAndLeavesEvenNewStatistics) {
+TEST(MCPMMLParserStatistics, FillUniStatsContWithoutDistributionIsOkAndLeavesEvenNewStatistics) {
   const ModelReader reader(Stats(Uni(kCounts + kInfo)));
   MCUniStats stats;
   EXPECT_TRUE(reader.FillUniStatsCont(stats, "f", 10, reader.FirstStatistics()).IsOK());
   EXPECT_EQ(Text(stats), "invalid");
 }
 
-TEST(MCPMMLParserStatistics, CategoricalPartLooksAtTheFirstDistributionOnly) {
+TEST(MCPMMLParserStatistics, FillUniStatsCatLooksAtTheFirstDistributionOnly) {
   const ModelReader reader(Stats(Uni(Discr("") + kDiscr)));
   MCUniStats stats = Old();
   EXPECT_EQ(reader.FillUniStatsCat(stats, "f", 10, reader.FirstStatistics()), MCStatus(113, false));

@@ -4,15 +4,16 @@
 
 #include <memory>
 #include <ostream>
+#include <sstream>
 #include <stdexcept>
 #include <streambuf>
 #include <string>
 #include <type_traits>
 #include <vector>
 
-#include "CountingMemory.h"
 #include "SettingsText.h"
 #include "mcxprsutil/MCXDOMHelpers.h"
+#include "support/CountingMemory.h"
 #include "xml/PlatformFault.h"
 
 namespace {
@@ -278,6 +279,37 @@ TEST(MCSettingsParser, RefusedDocumentFillsNoListAndTakesNoModel) {
   EXPECT_EQ(reader.FillVarList(list, false), Error(119));
   EXPECT_EQ(reader.FillTransDict(list), Error(119));
   EXPECT_TRUE(list.calls.empty());
+}
+
+// The base class's parse knows nothing of parameters; whatever it leaves, every operation copes.
+
+TEST(MCSettingsParser, ParseOfTheBaseClassByNameFindsNoParameters) {
+  MCSettingsParser reader;
+  const std::string field = " name='a' dataType='double' optype='continuous'/>";
+  std::istringstream in(
+      Pmml("<DataField" + field, TransDict("<DerivedField" + field) + BuildTask(kP)));
+  ASSERT_TRUE(reader.MCPMMLParser::ParseToDOM(in).IsOK());
+  ExpectEveryOperationGives(Error(119), reader);
+  EXPECT_TRUE(reader.GetStatus().IsOK()) << "only a parse stores a status";
+
+  RecordingVarList list;
+  EXPECT_TRUE(reader.FillVarList(list, false).IsOK()) << "fills need no parameters";
+  EXPECT_EQ(list.Size(), 1u);
+  EXPECT_TRUE(reader.FillTransDict(list).IsOK());
+  EXPECT_EQ(list.Size(), 2u);
+}
+
+TEST(MCSettingsParser, ParseOfTheBaseClassByNameLeavesEarlierParametersInForce) {
+  const auto reader = ReaderOf(kP);
+  std::istringstream other(Settings("<Parameter name='p' value='2'/>"));
+  ASSERT_TRUE(reader->MCPMMLParser::ParseToDOM(other).IsOK());
+  EXPECT_EQ(P(*reader), "1");
+
+  std::istringstream bad("<PMML/>");
+  ASSERT_EQ(reader->MCPMMLParser::ParseToDOM(bad), Error(106));
+  ExpectEveryOperationGives(Error(106), *reader);
+  ASSERT_TRUE(ParseText(*reader, Settings("<Parameter name='p' value='3'/>")).IsOK());
+  EXPECT_EQ(P(*reader), "3");
 }
 
 // A second parse.

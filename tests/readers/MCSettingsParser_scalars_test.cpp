@@ -310,6 +310,45 @@ TEST(SettingsGroups, AreScopesOfTheirOwn) {
   EXPECT_EQ(Text(*reader, "only", inner), "120") << "nor is what surrounds it";
 }
 
+// `top` and `inner` as they are written in the document, and as they are read.
+template <class Value>
+void CheckScopes(const char* top, const Value& top_value, const char* inner,
+                 const Value& inner_value) {
+  const std::string at_top = "value='" + std::string(top) + "'";
+  const std::string inside = "value='" + std::string(inner) + "'";
+  const auto reader = ReaderOf(Parameter("p", at_top) +
+                               Group("g", Parameter("p", inside) + Parameter("only", inside)) +
+                               Group("h", Parameter("elsewhere", inside)));
+  void* group = reader->GetComplexParameter("g");
+  ASSERT_NE(group, nullptr);
+  const struct {
+    const char* name;
+    void* scope;
+    MCStatus status;
+    Value preset;
+    Value after;
+  } cases[] = {
+      {"p", nullptr, {}, inner_value, top_value},
+      {"p", group, {}, top_value, inner_value},
+      {"only", nullptr, NotGiven(120), top_value, top_value},
+      {"only", group, {}, top_value, inner_value},
+      {"elsewhere", nullptr, NotGiven(120), top_value, top_value},
+      {"elsewhere", group, NotGiven(120), top_value, top_value},
+  };
+  for (const auto& test : cases) {
+    Value value = test.preset;
+    EXPECT_EQ(reader->GetParameter(test.name, value, test.scope), test.status) << test.name;
+    EXPECT_EQ(value, test.after) << test.name;
+  }
+}
+
+TEST(SettingsGroups, ScopesHoldForValuesOfEveryType) {
+  CheckScopes("true", true, "false", false);
+  CheckScopes("1.5", 1.5, "-2", -2.0);
+  CheckScopes("3", 3, "4", 4);
+  CheckScopes("a", std::string("a"), "b", std::string("b"));
+}
+
 TEST(SettingsGroups, NestToAnyDepth) {
   constexpr int kDepth = 200;
   std::string parameters = Parameter("p", "value='deep'");

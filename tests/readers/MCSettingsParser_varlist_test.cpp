@@ -1,194 +1,28 @@
-// FillVarList of the settings reader: which calls the variable list gets.
+// FillVarList of the settings reader: what is its own, the bins above all. See
+// MCSettingsParser_fields_test.cpp for the rest.
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <string>
 #include <vector>
 
-#include "SettingsFieldCases.h"
+#include "SettingsFields.h"
 
 namespace {
 
 using MCCommon::MCStatus;
 using MCXPrsUtil::MCSettingsParser;
 using Texts = std::vector<std::string>;
-using Fields = DataFields;
 
-class SettingsVarList : public testing::TestWithParam<SettingsFieldCase> {};
-
-TEST_P(SettingsVarList, MakesTheCalls) {
-  const SettingsFillResult result = FillSettings<Fields>(GetParam().fields);
-  EXPECT_TRUE(result.status.IsOK()) << GetParam().rule << ": " << result.status.GetCode();
-  EXPECT_EQ(result.calls, GetParam().calls) << GetParam().rule;
-}
-
-INSTANTIATE_TEST_SUITE_P(Heading, SettingsVarList, testing::ValuesIn(HeadingCases()));
-INSTANTIATE_TEST_SUITE_P(DataTypes, SettingsVarList, testing::ValuesIn(DataTypeCases()));
-INSTANTIATE_TEST_SUITE_P(Values, SettingsVarList, testing::ValuesIn(ValueCases()));
-INSTANTIATE_TEST_SUITE_P(InvalidRange, SettingsVarList, testing::ValuesIn(InvalidRangeCases()));
-INSTANTIATE_TEST_SUITE_P(Intervals, SettingsVarList, testing::ValuesIn(IntervalCases()));
-INSTANTIATE_TEST_SUITE_P(Margins, SettingsVarList, testing::ValuesIn(RangeCases()));
-
-class SettingsVarListFailures : public testing::TestWithParam<SettingsFailureCase> {};
-
-TEST_P(SettingsVarListFailures, EndTheFillAndKeepWhatWasAdded) {
-  const SettingsFillResult result =
-      FillSettings<Fields>(SettingsField("double", "continuous", "", "before") + GetParam().field +
-                           "<FIELD/>" + SettingsField("double", "continuous", "", "after"));
-  EXPECT_EQ(result.status, Error(GetParam().code)) << GetParam().rule;
-  EXPECT_EQ(result.calls,
-            (Texts{"AddContVar(before||-MAX..MAX|role 4|false -1)", "SetDataType(0|2)"}))
-      << GetParam().rule;
-}
-
-INSTANTIATE_TEST_SUITE_P(Headings, SettingsVarListFailures, testing::ValuesIn(HeadingFailures()));
-INSTANTIATE_TEST_SUITE_P(Margins, SettingsVarListFailures, testing::ValuesIn(RangeFailures()));
-
-TEST(SettingsVarListOrder, DeclaresAtTheEncoderThenSetsTheDataType) {
-  RecordingVarList list;
-  list.next_index = 40;
-  const SettingsFillResult result = FillSettings<Fields>(
-      SettingsField("integer", "continuous",
-                    "<Extension name='invalidRangeLower' value='90'/>"
-                    "<Value value='99' property='missing' displayValue='None'/>") +
-          SettingsField("string", "x", "", "g"),
-      list);
-  EXPECT_TRUE(result.status.IsOK());
-  EXPECT_EQ(result.all_calls,
-            (Texts{"AddContVar(f||-MAX..MAX|role 4|false -1)", "GetEncoderAt(40)",
-                   "AddMissingValue(40|99|'None')", "SetInvalidRange(40|90..MAX)", "GetVarAt(40)",
-                   "SetDataType(40|1)", "AddCatVar(g||none|labels none|role 4)", "GetEncoderAt(41)",
-                   "GetVarAt(41)", "SetDataType(41|3)"}));
-}
-
-TEST(SettingsVarListOrder, RefusalOfEveryKindGives111AndEndsTheFill) {
-  const std::string labelled = "<Value value='1' displayValue='A'/>";
-  const std::string missing = "<Value value='9' property='missing'/>";
-  for (const std::string& refused :
-       {SettingsField("double", "continuous", missing), SettingsField("double", "x", missing),
-        SettingsField("double", "x", labelled), SettingsField("string", "x", missing),
-        SettingsField("string", "x", labelled)}) {
-    RecordingVarList list;
-    list.refuse_at = 1;
-    const SettingsFillResult result =
-        FillSettings<Fields>(SettingsField("double", "continuous", "", "before") + refused +
-                                 SettingsField("double", "continuous", "", "after"),
-                             list);
-    EXPECT_EQ(result.status, Error(111)) << refused;
-    EXPECT_EQ(list.Size(), 1u);
-    EXPECT_EQ(result.all_calls.size(), 5u) << "nothing is declared, no other field is tried";
-  }
-}
-
-TEST(SettingsVarListOrder, VariableThatTheListDoesNotGiveBackGives111) {
-  RecordingVarList list;
-  list.has_variables = false;
-  const SettingsFillResult result =
-      FillSettings<Fields>(SettingsField("string", "x", "<Value value='a' property='missing'/>") +
-                               SettingsField("double", "x", "", "g"),
-                           list);
-  EXPECT_EQ(result.status, Error(111));
-  EXPECT_EQ(result.all_calls, (Texts{"AddCatVar(f||none|labels none|role 4)", "GetEncoderAt(0)",
-                                     "AddMissingValue(0|'a'|'')", "GetVarAt(0)"}));
-}
-
-TEST(SettingsVarListOrder, MissingEncoderMattersOnlyIfThereIsSomethingToDeclare) {
-  const std::string missing = "<Value value='9' property='missing'/>";
-  const struct {
-    std::string field;
-    int code;
-  } cases[] = {
-      {SettingsField("double", "continuous", "<Interval leftMargin='1'/>"), 0},
-      {SettingsField("string", "x", "<Value value='a'/>"), 0},
-      {SettingsField("string", "continuous", missing), 0},
-      {SettingsField("double", "continuous", missing), 111},
-      {SettingsField("double", "x", missing), 111},
-      {SettingsField("string", "x", missing), 111},
-      {SettingsField("double", "continuous", "<Extension name='invalidRangeLower' value='1'/>"),
-       111},
-  };
-  for (const auto& [field, code] : cases) {
-    RecordingVarList list;
-    list.has_encoders = false;
-    const SettingsFillResult result = FillSettings<Fields>(field, list);
-    EXPECT_EQ(result.status, MCStatus(code, false)) << field;
-    EXPECT_EQ(list.Size(), 1u) << "the variable stays";
-    EXPECT_EQ(result.all_calls.size(), code == 0 ? 4u : 2u) << "no data type after a failure";
-  }
-}
-
-TEST(SettingsVarListOrder, FillBeforeAnyParseGives107) {
-  const MCSettingsParser reader;
-  RecordingVarList list;
-  EXPECT_EQ(Fields::Fill(reader, list), Error(107));
-  EXPECT_EQ(reader.GetStatus(), MCStatus());
-  EXPECT_TRUE(list.calls.empty());
-}
-
-TEST(SettingsVarListOrder, FailedParseIsToldAgainAndTheListStays) {
-  const std::string field = OfKind<Fields>(SettingsField("double", "continuous"));
-  const struct {
-    std::string text;
-    int code;
-  } cases[] = {{"<PMML", 104},
-               {"<DataModel/>", 105},
-               {"<PMML/>", 106},
-               {Pmml(field, TransDict(field)), 119}};
-  for (const auto& [text, code] : cases) {
-    MCSettingsParser reader;
-    ASSERT_EQ(ParseText(reader, text), Error(code)) << text;
-    RecordingVarList list;
-    EXPECT_EQ(Fields::Fill(reader, list), Error(code)) << text;
-    EXPECT_TRUE(list.calls.empty());
-  }
-}
-
-TEST(SettingsVarListOrder, AppendsAtEveryCallAndLeavesTheStatusAlone) {
-  MCSettingsParser reader;
-  const std::string fields = SettingsField("double", "continuous") + "<FIELD/>";
-  ASSERT_TRUE(ParseText(reader, Fields::Document(OfKind<Fields>(fields))).IsOK());
-  RecordingVarList list;
-  EXPECT_EQ(Fields::Fill(reader, list), Error(108));
-  EXPECT_EQ(Fields::Fill(reader, list), Error(108));
-  EXPECT_EQ(list.Size(), 2u);
-  EXPECT_EQ(reader.GetStatus(), MCStatus());
-}
-
-TEST(SettingsVarListOrder, ExceptionOfTheListPasses) {
-  MCSettingsParser reader;
-  const std::string fields = SettingsField("double", "continuous");
-  ASSERT_TRUE(ParseText(reader, Fields::Document(OfKind<Fields>(fields))).IsOK());
-  RecordingVarList list;
-  list.throws_on_add = true;
-  EXPECT_THROW((void)Fields::Fill(reader, list), int);
-  list.throws_on_add = false;
-  EXPECT_TRUE(Fields::Fill(reader, list).IsOK());
-}
-
-// Documents name a weight variable by a parameter; the fill takes no notice of it.
-TEST(SettingsVarListOrder, NoFieldBecomesTheWeight) {
-  const std::string field = OfKind<Fields>(SettingsField("double", "continuous", "", "w"));
-  MCSettingsParser reader;
-  ASSERT_TRUE(
-      ParseText(reader, Pmml(field, TransDict(field) +
-                                        BuildTask(Parameter("FrequencyWeightVar", "value='w'"))))
-          .IsOK());
-  std::string weight;
-  ASSERT_TRUE(reader.GetFrequencyWeight(weight).IsOK());
-  ASSERT_EQ(weight, "w");
-  RecordingVarList list;
-  EXPECT_TRUE(Fields::Fill(reader, list).IsOK());
-  ASSERT_FALSE(list.calls.empty());
-  EXPECT_EQ(list.calls[0], "AddContVar(w||-MAX..MAX|role 4|false -1)");
-}
-
-TEST(SettingsVarListOrder, ExtensionsOfDataFieldsHoldNoInterval) {
-  const SettingsFillResult result = FillSettings<Fields>(
+TEST(SettingsVarListFill, ExtensionsOfDataFieldsHoldNoInterval) {
+  const SettingsFillResult result = FillSettings(
+      kDataFields,
       SettingsField("double", "continuous",
                     "<Extension name='x' value='1'><Interval leftMargin='x'/></Extension>"));
   EXPECT_EQ(result.calls, (Texts{"AddContVar(f||-MAX..MAX|role 4|false -1)", "SetDataType(0|2)"}));
 }
 
-TEST(SettingsVarListOrder, DerivedFieldsDoNotCount) {
+TEST(SettingsVarListFill, DerivedFieldsDoNotCount) {
   MCSettingsParser reader;
   ASSERT_TRUE(ParseText(reader, Pmml("", TransDict("<DerivedField/>") + BuildTask(""))).IsOK());
   RecordingVarList list;
@@ -196,11 +30,11 @@ TEST(SettingsVarListOrder, DerivedFieldsDoNotCount) {
   EXPECT_TRUE(list.calls.empty());
 }
 
-TEST(SettingsVarListOrder, RealVariablesGetTheirDataTypes) {
+TEST(SettingsVarListFill, RealVariablesGetTheirDataTypes) {
   MCSettingsParser reader;
   const std::string fields = SettingsField("integer", "continuous", "<Interval leftMargin='1'/>") +
                              SettingsField("string", "x", "<Value value='a'/>", "g");
-  ASSERT_TRUE(ParseText(reader, DataFields::Document(OfKind<Fields>(fields))).IsOK());
+  ASSERT_TRUE(ParseText(reader, kDataFields.document(OfKind(kDataFields, fields))).IsOK());
   MCMTD_NAMESPACE::MCVarList list;
   EXPECT_TRUE(reader.FillVarList(list, false).IsOK());
   ASSERT_EQ(list.Size(), 2u);
@@ -216,21 +50,20 @@ const std::string kFirst = "leftMargin='0' rightMargin='10'";
 const std::string kSecond = "leftMargin='10' rightMargin='20'";
 const std::string kTwoBins = Bin("binValue='a'", kFirst) + Bin("binValue='b'", kSecond);
 
-SettingsFillResult FillWithBins(const std::string& fields, const std::string& rest) {
-  MCSettingsParser reader;
-  EXPECT_TRUE(ParseText(reader, Pmml(OfKind<Fields>(fields), rest + BuildTask(""))).IsOK());
-  RecordingVarList list;
-  return ResultOf(reader.FillVarList(list, true), list);
-}
-
 const std::string kRanged =
     SettingsField("double", "continuous", "<Interval leftMargin='1' rightMargin='2'/>");
 
-INSTANTIATE_TEST_SUITE_P(NotAskedFor, SettingsVarList,
-                         testing::Values(SettingsFieldCase{
-                             "the interval is the range",
-                             kRanged,
-                             {"AddContVar(f||1..2|role 4|false -1)", "SetDataType(0|2)"}}));
+SettingsFillResult FillWithBins(const std::string& fields, const std::string& rest,
+                                RecordingVarList& list, bool asked = true) {
+  MCSettingsParser reader;
+  EXPECT_TRUE(ParseText(reader, Pmml(OfKind(kDataFields, fields), rest + BuildTask(""))).IsOK());
+  return ResultOf(reader.FillVarList(list, asked), list);
+}
+
+SettingsFillResult FillWithBins(const std::string& fields, const std::string& rest) {
+  RecordingVarList list;
+  return FillWithBins(fields, rest, list);
+}
 
 struct SettingsBinCase {
   const char* rule;
@@ -278,6 +111,18 @@ INSTANTIATE_TEST_SUITE_P(
                         kTwoBins + "<DiscretizeBin binValue='c'/>",
                         {"AddContVar(f||0..20|cuts 10|binned|role 4)", "SetDataType(0|2)"}}));
 
+TEST(SettingsVarListBins, ThatAreNotAskedForLeaveTheIntervalAsTheRange) {
+  RecordingVarList list;
+  const SettingsFillResult result =
+      FillWithBins(kRanged, TransDict(Binned("f", kTwoBins)), list, false);
+  EXPECT_TRUE(result.status.IsOK());
+  EXPECT_EQ(result.calls, (Texts{"AddContVar(f||1..2|role 4|false -1)", "SetDataType(0|2)"}));
+
+  RecordingVarList other;
+  EXPECT_TRUE(FillWithBins(kRanged, TransDict(""), other, false).status.IsOK())
+      << "nor is it a failure that there are none";
+}
+
 TEST(SettingsVarListBins, LabelsComeBeforeMissingValuesAndInvalidRange) {
   const SettingsFillResult result =
       FillWithBins(SettingsField("double", "continuous",
@@ -321,16 +166,72 @@ TEST(SettingsVarListBins, ContinuousTextIsBinnedAsWell) {
                                  "SetBinLabels(0|'a', 'b')", "SetDataType(0|3)"}));
 }
 
+TEST(SettingsVarListBins, BinnedVariableThatIsRefusedGives111AndDeclaresNothing) {
+  RecordingVarList list;
+  list.refuse_at = 0;
+  const SettingsFillResult result =
+      FillWithBins(SettingsField("double", "continuous", "<Value value='9' property='missing'/>"),
+                   TransDict(Binned("f", kTwoBins)), list);
+  EXPECT_EQ(result.status, Error(111));
+  EXPECT_EQ(result.all_calls, Texts{"AddContVar(f||0..20|cuts 10|binned|role 4)"});
+}
+
+TEST(SettingsVarListBins, MissingEncoderMattersOnlyIfThereAreLabels) {
+  const struct {
+    const char* rule;
+    std::string bins;
+    int code;
+  } cases[] = {
+      {"labels", kTwoBins, 111},
+      {"numbered bins", Bin("binValue='0'", kFirst) + Bin("binValue='1'", kSecond), 0},
+      {"too few labels", Bin("binValue='a'", kFirst) + Bin("", kSecond), 0},
+      {"no labels", Bin("", kFirst) + Bin("", kSecond), 0},
+  };
+  for (const auto& [rule, bins, code] : cases) {
+    RecordingVarList list;
+    list.has_encoders = false;
+    const SettingsFillResult result = FillWithBins(kRanged, TransDict(Binned("f", bins)), list);
+    Texts calls = {"AddContVar(f||0..20|cuts 10|binned|role 4)"};
+    if (code == 0) calls.push_back("SetDataType(0|2)");
+    EXPECT_EQ(result.status, MCStatus(code, false)) << rule;
+    EXPECT_EQ(result.calls, calls) << rule;
+    EXPECT_EQ(list.Size(), 1u) << "the variable stays";
+  }
+}
+
+// The fill finds bins by an index of the dictionary, the look-up by a walk.
 TEST(SettingsVarListBins, AgreeWithTheLookUpOfOneField) {
-  const std::string text =
-      Pmml(OfKind<Fields>(kRanged), TransDict(Binned("f", kTwoBins)) + BuildTask(""));
+  const std::string names[] = {"f", "", "g", "\u00E4\u4E2D"};
+  const std::string three = kTwoBins + Bin("binValue='c'", "");
+  const std::string dictionary =
+      TransDict("<DerivedField/>" + Binned("f", three) + Binned("f", kTwoBins) +
+                "<DerivedField><Discretize/><Discretize closure='x'>" + kTwoBins + "</Discretize>" +
+                "<Discretize field='g'>" + Bin("binValue='g'", "rightMargin='-1'") + kTwoBins +
+                "</Discretize></DerivedField>" + Binned("", three) + Binned(names[3], three));
+  std::string fields;
+  for (const std::string& name : names) fields += SettingsField("double", "continuous", "", name);
   MCSettingsParser reader;
-  ASSERT_TRUE(ParseText(reader, text).IsOK());
-  std::vector<double> cuts;
-  Texts values;
-  ASSERT_TRUE(reader.SetBinsFrTransDict("f", cuts, values));
-  EXPECT_EQ(cuts, (std::vector<double>{0, 10, 20}));
-  EXPECT_EQ(values, (Texts{"a", "b"}));
+  ASSERT_TRUE(
+      ParseText(reader, Pmml(OfKind(kDataFields, fields), dictionary + BuildTask(""))).IsOK());
+
+  Texts expected;
+  for (const std::string& name : names) {
+    std::vector<double> cuts;
+    Texts labels;
+    ASSERT_TRUE(reader.SetBinsFrTransDict(name, cuts, labels)) << name;
+    ASSERT_GE(cuts.size(), 3u) << name;
+    const std::vector<double> inner(cuts.begin() + 1, cuts.end() - 1);
+    const std::string index = std::to_string(expected.size() / 3);
+    expected.push_back("AddContVar(" + name + "||" +
+                       RecordingVarList::RangeText(cuts.front(), cuts.back()) + "|cuts " +
+                       RecordingVarList::Text(inner) + "|binned|role 4)");
+    expected.push_back("SetBinLabels(" + index + "|" + RecordingVarList::Text(labels) + ")");
+    expected.push_back("SetDataType(" + index + "|2)");
+  }
+  RecordingVarList list;
+  const SettingsFillResult result = ResultOf(reader.FillVarList(list, true), list);
+  EXPECT_TRUE(result.status.IsOK());
+  EXPECT_EQ(result.calls, expected);
 }
 
 }  // namespace

@@ -4,11 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <string>
-#include <xercesc/util/RuntimeException.hpp>
 
-#include "CountingMemory.h"
 #include "DataModelText.h"
 #include "SettingsText.h"
+#include "support/CountingMemory.h"
 
 namespace {
 
@@ -116,8 +115,7 @@ TYPED_TEST(ReaderReuse, ParserThatCannotBeMadeAgainGives103Once) {
   CountingMemory memory;
   TypeParam reader;
   ASSERT_EQ(reader.Parse(TypeParam::Root("</x>")), MCStatus(104, false));
-  memory.FailAfter(
-      0, [] { throw xercesc::RuntimeException("", 0, xercesc::XMLExcepts::CPtr_PointerIsZero); });
+  memory.FailAfter(0, ThrowXMLException);
   EXPECT_EQ(reader.Parse(TypeParam::Root("")), MCStatus(103, false));
   EXPECT_FALSE(memory.CancelFailure());
   EXPECT_EQ(reader.reader.GetStatus(), MCStatus(103, false));

@@ -88,6 +88,25 @@ class RecordingVarList : public MCMTD_NAMESPACE::MCVarList {
     return lines;
   }
 
+  // How arguments show in a line.
+  static std::string Text(double value) {
+    if (value == DBL_MAX) return "MAX";
+    if (value == -DBL_MAX) return "-MAX";
+    if (value == DBL_MIN) return "MIN";
+    if (value == MCMV::gMissingValue) return "missing";
+    return MCXML_NAMESPACE::Format(value, false, nullptr);
+  }
+  static std::string Text(const std::string& text) { return "'" + text + "'"; }
+  template <class Value>
+  static std::string Text(const std::vector<Value>& values) {
+    std::string text;
+    for (const Value& value : values) text += (text.empty() ? "" : ", ") + Text(value);
+    return text.empty() ? "none" : text;
+  }
+  static std::string RangeText(double lower, double upper) {
+    return Text(lower) + ".." + Text(upper);
+  }
+
  private:
   class Encoder : public MCMTD_NAMESPACE::IMCVarEncoder {
    public:
@@ -131,23 +150,6 @@ class RecordingVarList : public MCMTD_NAMESPACE::MCVarList {
     std::string nothing_;
   };
 
-  static std::string Text(double value) {
-    if (value == DBL_MAX) return "MAX";
-    if (value == -DBL_MAX) return "-MAX";
-    if (value == DBL_MIN) return "MIN";
-    if (value == MCMV::gMissingValue) return "missing";
-    return MCXML_NAMESPACE::Format(value, false, nullptr);
-  }
-  static std::string Text(const std::string& text) { return "'" + text + "'"; }
-  template <class Value>
-  static std::string Text(const std::vector<Value>& values) {
-    std::string text;
-    for (const Value& value : values) text += (text.empty() ? "" : ", ") + Text(value);
-    return text.empty() ? "none" : text;
-  }
-  static std::string RangeText(double lower, double upper) {
-    return Text(lower) + ".." + Text(upper);
-  }
   static std::string RoleText(Role role) {
     return "role " + std::to_string(static_cast<int>(role));
   }

@@ -8,12 +8,10 @@
 #include <stdexcept>
 #include <string>
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/framework/XMLFormatter.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
-#include <xercesc/util/RuntimeException.hpp>
-#include <xercesc/util/XMLExceptMsgs.hpp>
 
+#include "support/CountingMemory.h"
 #include "xml/PlatformFault.h"
 #include "xml/TestDocument.h"
 
@@ -27,54 +25,6 @@ using xml_test::PlatformFaultScope;
 
 const MCStatus kPlatformFailed(103, false);
 const MCStatus kWriteFailed(118, false);
-
-// A memory manager that fails when its countdown ends.
-class CountingMemory : public xercesc::MemoryManager {
- public:
-  enum Failure { kXMLException, kOutOfMemory };
-
-  void* allocate(XMLSize_t size) override {
-    if (left_ > 0 && --left_ == 0) Fail();
-    ++live_;
-    return ::operator new(size);
-  }
-  void deallocate(void* p) override {
-    if (!p) return;
-    --live_;
-    ::operator delete(p);
-  }
-  xercesc::MemoryManager* getExceptionMemoryManager() override { return this; }
-
-  // The n-th allocation from now fails; none if n is 0.
-  void FailAt(int n, Failure failure) {
-    left_ = n;
-    failure_ = failure;
-  }
-  // True if the failure took place since FailAt().
-  bool HasFailed() const { return left_ == 0; }
-  void Stop() { left_ = -1; }
-  long Live() const { return live_; }
-
- private:
-  [[noreturn]] void Fail() {
-    if (failure_ == kOutOfMemory) throw xercesc::OutOfMemoryException();
-    throw xercesc::RuntimeException("memory", 1, xercesc::XMLExcepts::CPtr_PointerIsZero);
-  }
-
-  int left_ = -1;
-  Failure failure_ = kOutOfMemory;
-  long live_ = 0;
-};
-
-// Keeps the platform up on that memory.
-class PlatformOn {
- public:
-  explicit PlatformOn(CountingMemory& memory) {
-    xercesc::XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale, nullptr, nullptr,
-                                          &memory);
-  }
-  ~PlatformOn() { xercesc::XMLPlatformUtils::Terminate(); }
-};
 
 TEST(MCXMLReadWritePlatform, EveryObjectInitialisesAndTerminatesOnce) {
   EXPECT_EQ(LivePlatforms(), 0);
@@ -134,20 +84,18 @@ TEST(MCXMLReadWritePlatform, OtherExceptionsOfTheInitialisationPass) {
 
 TEST(MCXMLReadWritePlatform, ParserThatCannotStartGives103AndLeavesNoDocument) {
   CountingMemory memory;
-  const PlatformOn platform(memory);
   MCXMLReadWrite reader;
   std::istringstream first("<a/>");
   ASSERT_TRUE(reader.ParseToDOM(first).IsOK());
 
   std::istringstream second("<b/>");
-  memory.FailAt(1, CountingMemory::kXMLException);
+  memory.FailAfter(0, ThrowXMLException);
   EXPECT_EQ(reader.ParseToDOM(second), kPlatformFailed);
-  EXPECT_TRUE(memory.HasFailed());
+  EXPECT_FALSE(memory.CancelFailure());
   EXPECT_EQ(reader.GetDocument(), nullptr);
   EXPECT_EQ(reader.GetXercesMessage(), "");
   EXPECT_EQ(second.get(), '<') << "the stream was touched";
 
-  memory.Stop();
   std::istringstream third("<c/>");
   EXPECT_TRUE(reader.ParseToDOM(third).IsOK());
 }
@@ -155,19 +103,15 @@ TEST(MCXMLReadWritePlatform, ParserThatCannotStartGives103AndLeavesNoDocument) {
 TEST(MCXMLReadWritePlatform, AnyFailedAllocationOfAParseLeavesTheObjectUsable) {
   const std::string text =
       "<!DOCTYPE a [<!ENTITY e 'x'><!ATTLIST a b CDATA 'c'>]><a>&e;<d f='g'/></a>";
-  const xml_test::IgnoreLeaks leaks_of_the_library;
   CountingMemory memory;
-  const PlatformOn platform(memory);
   MCXMLReadWrite reader;
   int failures = 0;
-  for (int n = 1;; ++n) {
+  for (long n = 0;; ++n) {
     std::istringstream in(text);
-    memory.FailAt(n, CountingMemory::kOutOfMemory);
+    memory.FailAfter(n, ThrowOutOfMemory);
     try {
       const MCStatus status = reader.ParseToDOM(in);
-      const bool failed = memory.HasFailed();
-      memory.Stop();
-      if (!failed) {
+      if (memory.CancelFailure()) {
         EXPECT_TRUE(status.IsOK());
         break;
       }
@@ -177,7 +121,6 @@ TEST(MCXMLReadWritePlatform, AnyFailedAllocationOfAParseLeavesTheObjectUsable) {
       EXPECT_FALSE(reader.IsWellFormed()) << n;
       ++failures;
     }
-    memory.Stop();
   }
   EXPECT_GT(failures, 20);
   EXPECT_EQ(xml_test::Tag(reader.GetDocument()->getDocumentElement()), "a");
@@ -210,43 +153,43 @@ void WriteBare(const xercesc::DOMDocument& doc) {
 constexpr char kDocumentToWrite[] =
     "<?xml version='1.0' encoding='ISO-8859-1'?><a b='c'>text<d/></a>";
 
-class FailingWrite : public testing::TestWithParam<CountingMemory::Failure> {
+enum class Thrown { kOutOfMemory, kXMLException };
+
+class FailingWrite : public testing::TestWithParam<Thrown> {
  protected:
-  FailingWrite() : platform_(memory_) {
+  FailingWrite() {
     std::istringstream in(kDocumentToWrite);
     EXPECT_TRUE(writer_.ParseToDOM(in).IsOK());
-    Write(0);  // what the XML library makes once and keeps
+    // What the XML library makes once and keeps.
+    EXPECT_TRUE(writer_.WriteFromDOM(path_, nullptr).IsOK());
     WriteBare(*writer_.GetDocument());
     open_files_ = xml_test::OpenFiles();
   }
 
-  // Runs `write` with its n-th allocation failing; returns how many blocks that lost.
+  // Runs `write` with the allocation after `n` failing; returns how many blocks that lost.
   template <class Function>
-  long LostBy(int n, Function write) {
+  std::size_t LostBy(long n, Function write) {
     passed_ = false;
-    const long live = memory_.Live();
-    memory_.FailAt(n, GetParam());
+    const std::size_t live = memory_.LiveBlocks();
+    memory_.FailAfter(n, GetParam() == Thrown::kOutOfMemory ? ThrowOutOfMemory : ThrowXMLException);
     try {
       write();
     } catch (const xercesc::OutOfMemoryException&) {
-      passed_ = GetParam() == CountingMemory::kOutOfMemory;
+      passed_ = GetParam() == Thrown::kOutOfMemory;
     } catch (const xercesc::XMLException&) {
-      passed_ = GetParam() == CountingMemory::kXMLException;
+      passed_ = GetParam() == Thrown::kXMLException;
     }
-    failed_ = memory_.HasFailed();
-    memory_.Stop();
-    return memory_.Live() - live;
+    failed_ = !memory_.CancelFailure();
+    return memory_.LiveBlocks() - live;
   }
 
-  long Write(int n) {
+  std::size_t Write(long n) {
     std::filesystem::remove(path_);
     status_ = MCStatus();
     return LostBy(n, [&] { status_ = writer_.WriteFromDOM(path_, nullptr); });
   }
 
-  const xml_test::IgnoreLeaks leaks_of_the_library_;
   CountingMemory memory_;
-  const PlatformOn platform_;
   MCXMLReadWrite writer_;
   const xml_test::ScratchFolder folder_;
   const std::string path_ = folder_.File("a.xml");
@@ -257,10 +200,10 @@ class FailingWrite : public testing::TestWithParam<CountingMemory::Failure> {
 };
 
 TEST_P(FailingWrite, PassesBeforeTheFileIsOpenAndIs118AfterThat) {
-  const bool has_message = GetParam() == CountingMemory::kXMLException;
+  const bool has_message = GetParam() == Thrown::kXMLException;
   int before = 0;
   int after = 0;
-  for (int n = 1;; ++n) {
+  for (long n = 0;; ++n) {
     SCOPED_TRACE(n);
     Write(n);
     EXPECT_EQ(xml_test::OpenFiles(), open_files_);
@@ -278,36 +221,34 @@ TEST_P(FailingWrite, PassesBeforeTheFileIsOpenAndIs118AfterThat) {
 
 // The constructors of the XML library lose memory when they throw.
 TEST_P(FailingWrite, LosesNoMoreThanTheXmlLibraryAlone) {
-  int n = 1;
+  long n = 0;
   do {
     SCOPED_TRACE(n);
-    const long lost_bare = LostBy(n, [&] { WriteBare(*writer_.GetDocument()); });
+    const std::size_t lost_bare = LostBy(n, [&] { WriteBare(*writer_.GetDocument()); });
     const bool failed_bare = failed_;
     EXPECT_EQ(Write(n), lost_bare);
     EXPECT_EQ(failed_, failed_bare) << "not the same allocations";
   } while (failed_ && ++n < 1000);
-  EXPECT_GT(n, 6);
+  EXPECT_GT(n, 5);
 }
 
 INSTANTIATE_TEST_SUITE_P(Failures, FailingWrite,
-                         testing::Values(CountingMemory::kOutOfMemory,
-                                         CountingMemory::kXMLException),
+                         testing::Values(Thrown::kOutOfMemory, Thrown::kXMLException),
                          [](const auto& test) {
-                           return test.param == CountingMemory::kOutOfMemory ? "OutOfMemory"
-                                                                             : "XMLException";
+                           return test.param == Thrown::kOutOfMemory ? "OutOfMemory"
+                                                                     : "XMLException";
                          });
 
 TEST(MCXMLReadWritePlatform, RepeatedParsesReturnAllMemory) {
   CountingMemory memory;
-  const PlatformOn platform(memory);
   MCXMLReadWrite reader;
-  long after_first = 0;
+  std::size_t after_first = 0;
   for (int i = 0; i < 20; ++i) {
     std::istringstream in("<a><b c='d'>text</b></a>");
     ASSERT_TRUE(reader.ParseToDOM(in).IsOK());
-    if (i == 0) after_first = memory.Live();
+    if (i == 0) after_first = memory.LiveBlocks();
   }
-  EXPECT_EQ(memory.Live(), after_first);
+  EXPECT_EQ(memory.LiveBlocks(), after_first);
 }
 
 }  // namespace

@@ -1,13 +1,16 @@
-// The XML platform on a memory manager that counts and that fails when it is told to.
-#ifndef MCXPRSUTIL_TESTS_READERS_COUNTINGMEMORY_H
-#define MCXPRSUTIL_TESTS_READERS_COUNTINGMEMORY_H
+// A memory manager for the XML platform that counts and that fails when it is told to.
+#ifndef MCXPRSUTIL_TESTS_SUPPORT_COUNTINGMEMORY_H
+#define MCXPRSUTIL_TESTS_SUPPORT_COUNTINGMEMORY_H
 
 #include <cstddef>
 #include <cstdlib>
 #include <functional>
 #include <unordered_map>
+#include <utility>
 #include <xercesc/framework/MemoryManager.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/RuntimeException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 // Holds the platform up while it lives; no other object may hold it before or after. What the XML
@@ -37,6 +40,7 @@ class CountingMemory : public XERCES_CPP_NAMESPACE::MemoryManager {
     countdown_ = -1;
     return pending;
   }
+  std::size_t LiveBlocks() const { return blocks_.size(); }
   std::size_t LiveBytes() const { return live_bytes_; }
 
   MemoryManager* getExceptionMemoryManager() override { return this; }
@@ -62,4 +66,11 @@ class CountingMemory : public XERCES_CPP_NAMESPACE::MemoryManager {
   std::function<void()> fail_;
 };
 
-#endif  // MCXPRSUTIL_TESTS_READERS_COUNTINGMEMORY_H
+// Two ways to fail. The XML library's lack of memory is not one of its XMLExceptions.
+inline void ThrowXMLException() {
+  throw XERCES_CPP_NAMESPACE::RuntimeException(
+      __FILE__, __LINE__, XERCES_CPP_NAMESPACE::XMLExcepts::CPtr_PointerIsZero);
+}
+inline void ThrowOutOfMemory() { throw XERCES_CPP_NAMESPACE::OutOfMemoryException(); }
+
+#endif  // MCXPRSUTIL_TESTS_SUPPORT_COUNTINGMEMORY_H

@@ -1,99 +1,27 @@
-// What holds alike for the data fields and for the derived fields of a settings document: rows that
-// the tests of both fills run through.
-#ifndef MCXPRSUTIL_TESTS_READERS_SETTINGSFIELDCASES_H
-#define MCXPRSUTIL_TESTS_READERS_SETTINGSFIELDCASES_H
+// What FillVarList and FillTransDict of the settings reader have in common: which calls the
+// variable list gets for the fields that both read alike, and what ends a fill.
+#include <gtest/gtest.h>
 
-#include <ostream>
 #include <string>
+#include <tuple>
 #include <vector>
 
-#include "RecordingVarList.h"
-#include "SettingsText.h"
-#include "mcxprsutil/MCSettingsParser.h"
+#include "SettingsFields.h"
 
-// The two kinds of fields, and the fill of each.
-struct DataFields {
-  static constexpr const char* kElement = "DataField";
-  static std::string Document(const std::string& fields) { return Pmml(fields, BuildTask("")); }
-  static MCCommon::MCStatus Fill(const MCXPrsUtil::MCSettingsParser& reader,
-                                 MCMTD_NAMESPACE::MCVarList& list) {
-    return reader.FillVarList(list, false);
-  }
-};
+namespace {
 
-struct DerivedFields {
-  static constexpr const char* kElement = "DerivedField";
-  static std::string Document(const std::string& fields) {
-    return Pmml("", TransDict(fields) + BuildTask(""));
-  }
-  static MCCommon::MCStatus Fill(const MCXPrsUtil::MCSettingsParser& reader,
-                                 MCMTD_NAMESPACE::MCVarList& list) {
-    return reader.FillTransDict(list);
-  }
-};
+using MCCommon::MCStatus;
+using MCXPrsUtil::MCSettingsParser;
+using Texts = std::vector<std::string>;
 
-// In the rows below an element "FIELD" stands for either.
-template <class Kind>
-std::string OfKind(std::string text) {
-  const std::string placeholder = "FIELD";
-  for (std::size_t at = text.find(placeholder); at != std::string::npos;
-       at = text.find(placeholder, at)) {
-    text.replace(at, placeholder.size(), Kind::kElement);
-  }
-  return text;
+template <class Case>
+auto OfBothKinds(const std::vector<Case>& cases) {
+  return testing::Combine(testing::Values(kDataFields, kDerivedFields), testing::ValuesIn(cases));
 }
 
-inline std::string SettingsField(const std::string& dataType, const std::string& optype,
-                                 const std::string& children = "", const std::string& name = "f") {
-  return "<FIELD name='" + name + "' dataType='" + dataType + "' optype='" + optype + "'>" +
-         children + "</FIELD>";
-}
+// Good fields.
 
-struct SettingsFillResult {
-  MCCommon::MCStatus status;
-  std::vector<std::string> calls;  // without GetEncoderAt and GetVarAt
-  std::vector<std::string> all_calls;
-};
-
-inline SettingsFillResult ResultOf(const MCCommon::MCStatus& status, const RecordingVarList& list) {
-  SettingsFillResult result = {status, {}, list.calls};
-  for (const std::string& call : list.Declarations()) {
-    if (call.rfind("GetVarAt", 0) != 0) result.calls.push_back(call);
-  }
-  return result;
-}
-
-// Fills `list` with the given fields.
-template <class Kind>
-SettingsFillResult FillSettings(const std::string& fields, RecordingVarList& list) {
-  MCXPrsUtil::MCSettingsParser reader;
-  EXPECT_TRUE(ParseText(reader, Kind::Document(OfKind<Kind>(fields))).IsOK());
-  return ResultOf(Kind::Fill(reader, list), list);
-}
-
-template <class Kind>
-SettingsFillResult FillSettings(const std::string& fields) {
-  RecordingVarList list;
-  return FillSettings<Kind>(fields, list);
-}
-
-// The calls that a good document gives.
-struct SettingsFieldCase {
-  const char* rule;
-  std::string fields;
-  std::vector<std::string> calls;
-  friend void PrintTo(const SettingsFieldCase& test, std::ostream* out) { *out << test.rule; }
-};
-
-// A bad field, and the status that it gives.
-struct SettingsFailureCase {
-  const char* rule;
-  std::string field;
-  int code;
-  friend void PrintTo(const SettingsFailureCase& test, std::ostream* out) { *out << test.rule; }
-};
-
-inline std::vector<SettingsFieldCase> HeadingCases() {
+std::vector<SettingsFieldCase> HeadingCases() {
   const std::string plain = "AddContVar(f||-MAX..MAX|role 4|false -1)";
   const std::string empty = "AddCatVar(f||none|labels none|role 4)";
   return {
@@ -124,7 +52,7 @@ inline std::vector<SettingsFieldCase> HeadingCases() {
   };
 }
 
-inline std::vector<SettingsFieldCase> DataTypeCases() {
+std::vector<SettingsFieldCase> DataTypeCases() {
   const std::string value = "<Value value='1'/>";
   const std::string number = "AddCatVar(f||1|role 4)";
   return {
@@ -140,7 +68,7 @@ inline std::vector<SettingsFieldCase> DataTypeCases() {
   };
 }
 
-inline std::vector<SettingsFieldCase> ValueCases() {
+std::vector<SettingsFieldCase> ValueCases() {
   const std::string code = "SetDataType(0|2)";
   const std::string text = "SetDataType(0|3)";
   const std::string continuous = "AddContVar(f||-MAX..MAX|role 4|false -1)";
@@ -228,7 +156,7 @@ inline std::vector<SettingsFieldCase> ValueCases() {
   };
 }
 
-inline std::vector<SettingsFieldCase> InvalidRangeCases() {
+std::vector<SettingsFieldCase> InvalidRangeCases() {
   const std::string code = "SetDataType(0|2)";
   const std::string continuous = "AddContVar(f||-MAX..MAX|role 4|false -1)";
   return {
@@ -274,71 +202,7 @@ inline std::vector<SettingsFieldCase> InvalidRangeCases() {
   };
 }
 
-// The intervals that give a range, as attributes; empty when the interval is refused.
-struct MarginCase {
-  const char* rule;
-  const char* margins;
-  const char* range;
-};
-
-inline std::vector<MarginCase> MarginCases() {
-  return {
-      {"both margins", "leftMargin='-1.5' rightMargin='9'", "-1.5..9"},
-      {"the closure does not matter", "closure='x' leftMargin='0' rightMargin='1'", "0..1"},
-      {"no left margin: the smallest positive normal double", "rightMargin='9'", "MIN..9"},
-      {"no right margin: the largest double", "leftMargin='-5'", "-5..MAX"},
-      {"no margin", "", "MIN..MAX"},
-      {"equal margins", "leftMargin='3' rightMargin='3'", "3..3"},
-      {"blanks around", "leftMargin=' 1 ' rightMargin=' 2 '", "1..2"},
-      {"NaN is the missing value", "leftMargin='NaN' rightMargin='2'", "missing..2"},
-      {"NaN twice", "leftMargin='NaN' rightMargin='NaN'", "missing..missing"},
-      {"NaN, no right margin", "leftMargin='NaN'", "missing..MAX"},
-      {"the lowest double below NaN", "leftMargin='-1.7976931348623157e308' rightMargin='NaN'",
-       "-MAX..missing"},
-      {"the missing value is less than any ordinary number", "leftMargin='-5' rightMargin='NaN'",
-       ""},
-      {"no left margin and a right NaN", "rightMargin='NaN'", ""},
-      {"inverted", "leftMargin='2' rightMargin='1'", ""},
-      {"no left margin is above zero", "rightMargin='0'", ""},
-      {"no left margin is above all negative numbers", "rightMargin='-5'", ""},
-      {"left no number", "leftMargin='x' rightMargin='1'", ""},
-      {"left empty", "leftMargin='' rightMargin='1'", ""},
-      {"left infinite", "leftMargin='-INF' rightMargin='1'", ""},
-      {"right no number", "leftMargin='1' rightMargin='x'", ""},
-      {"right empty", "leftMargin='1' rightMargin=''", ""},
-      {"right infinite", "leftMargin='1' rightMargin='INF'", ""},
-      {"right overflowing", "leftMargin='1' rightMargin='1e400'", ""},
-  };
-}
-
-// Rows from the intervals: `before` and `after` are what stands around the "Interval".
-inline std::vector<SettingsFieldCase> RangeCases(const std::string& before = "",
-                                                 const std::string& after = "") {
-  std::vector<SettingsFieldCase> cases;
-  for (const auto& [rule, margins, range] : MarginCases()) {
-    if (*range == '\0') continue;
-    const std::string interval = before + "<Interval " + margins + "/>" + after;
-    cases.push_back(
-        {rule,
-         SettingsField("double", "continuous", interval),
-         {"AddContVar(f||" + std::string(range) + "|role 4|false -1)", "SetDataType(0|2)"}});
-  }
-  return cases;
-}
-
-inline std::vector<SettingsFailureCase> RangeFailures(const std::string& before = "",
-                                                      const std::string& after = "") {
-  std::vector<SettingsFailureCase> cases;
-  for (const auto& [rule, margins, range] : MarginCases()) {
-    if (*range != '\0') continue;
-    const std::string interval = before + "<Interval " + margins + "/>" + after;
-    cases.push_back({rule, SettingsField("double", "continuous", interval), 109});
-    cases.push_back({rule, SettingsField("integer", "categorical", interval), 109});
-  }
-  return cases;
-}
-
-inline std::vector<SettingsFieldCase> IntervalCases() {
+std::vector<SettingsFieldCase> IntervalCases() {
   const std::string code = "SetDataType(0|2)";
   return {
       {"a later interval overwrites an earlier one, both ends",
@@ -376,7 +240,23 @@ inline std::vector<SettingsFieldCase> IntervalCases() {
   };
 }
 
-inline std::vector<SettingsFailureCase> HeadingFailures() {
+class SettingsFields : public testing::TestWithParam<std::tuple<FieldKind, SettingsFieldCase>> {};
+
+TEST_P(SettingsFields, MakeTheCalls) {
+  const auto& [kind, test] = GetParam();
+  ExpectCalls(kind, test);
+}
+
+INSTANTIATE_TEST_SUITE_P(Heading, SettingsFields, OfBothKinds(HeadingCases()));
+INSTANTIATE_TEST_SUITE_P(DataTypes, SettingsFields, OfBothKinds(DataTypeCases()));
+INSTANTIATE_TEST_SUITE_P(Values, SettingsFields, OfBothKinds(ValueCases()));
+INSTANTIATE_TEST_SUITE_P(InvalidRange, SettingsFields, OfBothKinds(InvalidRangeCases()));
+INSTANTIATE_TEST_SUITE_P(Intervals, SettingsFields, OfBothKinds(IntervalCases()));
+INSTANTIATE_TEST_SUITE_P(Margins, SettingsFields, OfBothKinds(RangeCases()));
+
+// Bad fields.
+
+std::vector<SettingsFailureCase> HeadingFailures() {
   std::vector<SettingsFailureCase> cases = {
       {"no name", "<FIELD dataType='double' optype='continuous'/>", 108},
       {"no data type", "<FIELD name='f' optype='continuous'/>", 108},
@@ -402,4 +282,163 @@ inline std::vector<SettingsFailureCase> HeadingFailures() {
   return cases;
 }
 
-#endif  // MCXPRSUTIL_TESTS_READERS_SETTINGSFIELDCASES_H
+class SettingsFieldsFailures
+    : public testing::TestWithParam<std::tuple<FieldKind, SettingsFailureCase>> {};
+
+TEST_P(SettingsFieldsFailures, EndTheFillAndKeepWhatWasAdded) {
+  const auto& [kind, test] = GetParam();
+  ExpectFailure(kind, test);
+}
+
+INSTANTIATE_TEST_SUITE_P(Headings, SettingsFieldsFailures, OfBothKinds(HeadingFailures()));
+INSTANTIATE_TEST_SUITE_P(Margins, SettingsFieldsFailures, OfBothKinds(RangeFailures()));
+
+// The fill as a whole.
+
+class SettingsFieldsOrder : public testing::TestWithParam<FieldKind> {};
+
+INSTANTIATE_TEST_SUITE_P(Kinds, SettingsFieldsOrder, testing::Values(kDataFields, kDerivedFields),
+                         [](const auto& test) { return std::string(test.param.element); });
+
+TEST_P(SettingsFieldsOrder, DeclaresAtTheEncoderThenSetsTheDataType) {
+  RecordingVarList list;
+  list.next_index = 40;
+  const SettingsFillResult result =
+      FillSettings(GetParam(),
+                   SettingsField("integer", "continuous",
+                                 "<Extension name='invalidRangeLower' value='90'/>"
+                                 "<Value value='99' property='missing' displayValue='None'/>") +
+                       SettingsField("string", "x", "", "g"),
+                   list);
+  EXPECT_TRUE(result.status.IsOK());
+  EXPECT_EQ(result.all_calls,
+            (Texts{"AddContVar(f||-MAX..MAX|role 4|false -1)", "GetEncoderAt(40)",
+                   "AddMissingValue(40|99|'None')", "SetInvalidRange(40|90..MAX)", "GetVarAt(40)",
+                   "SetDataType(40|1)", "AddCatVar(g||none|labels none|role 4)", "GetEncoderAt(41)",
+                   "GetVarAt(41)", "SetDataType(41|3)"}));
+}
+
+TEST_P(SettingsFieldsOrder, RefusalOfEveryKindGives111AndEndsTheFill) {
+  const std::string labelled = "<Value value='1' displayValue='A'/>";
+  const std::string missing = "<Value value='9' property='missing'/>";
+  for (const std::string& refused :
+       {SettingsField("double", "continuous", missing), SettingsField("double", "x", missing),
+        SettingsField("double", "x", labelled), SettingsField("string", "x", missing),
+        SettingsField("string", "x", labelled)}) {
+    RecordingVarList list;
+    list.refuse_at = 1;
+    const SettingsFillResult result =
+        FillSettings(GetParam(),
+                     SettingsField("double", "continuous", "", "before") + refused +
+                         SettingsField("double", "continuous", "", "after"),
+                     list);
+    EXPECT_EQ(result.status, Error(111)) << refused;
+    EXPECT_EQ(list.Size(), 1u);
+    EXPECT_EQ(result.all_calls.size(), 5u) << "nothing is declared, no other field is tried";
+  }
+}
+
+TEST_P(SettingsFieldsOrder, VariableThatTheListDoesNotGiveBackGives111) {
+  RecordingVarList list;
+  list.has_variables = false;
+  const SettingsFillResult result =
+      FillSettings(GetParam(),
+                   SettingsField("string", "x", "<Value value='a' property='missing'/>") +
+                       SettingsField("double", "x", "", "g"),
+                   list);
+  EXPECT_EQ(result.status, Error(111));
+  EXPECT_EQ(result.all_calls, (Texts{"AddCatVar(f||none|labels none|role 4)", "GetEncoderAt(0)",
+                                     "AddMissingValue(0|'a'|'')", "GetVarAt(0)"}));
+}
+
+TEST_P(SettingsFieldsOrder, MissingEncoderMattersOnlyIfThereIsSomethingToDeclare) {
+  const std::string missing = "<Value value='9' property='missing'/>";
+  const struct {
+    std::string field;
+    int code;
+  } cases[] = {
+      {SettingsField("double", "continuous", "<Interval leftMargin='1'/>"), 0},
+      {SettingsField("string", "x", "<Value value='a'/>"), 0},
+      {SettingsField("string", "continuous", missing), 0},
+      {SettingsField("double", "continuous", missing), 111},
+      {SettingsField("double", "x", missing), 111},
+      {SettingsField("string", "x", missing), 111},
+      {SettingsField("double", "continuous", "<Extension name='invalidRangeLower' value='1'/>"),
+       111},
+  };
+  for (const auto& [field, code] : cases) {
+    RecordingVarList list;
+    list.has_encoders = false;
+    const SettingsFillResult result = FillSettings(GetParam(), field, list);
+    EXPECT_EQ(result.status, MCStatus(code, false)) << field;
+    EXPECT_EQ(list.Size(), 1u) << "the variable stays";
+    EXPECT_EQ(result.all_calls.size(), code == 0 ? 4u : 2u) << "no data type after a failure";
+  }
+}
+
+TEST_P(SettingsFieldsOrder, FillBeforeAnyParseGives107) {
+  const MCSettingsParser reader;
+  RecordingVarList list;
+  EXPECT_EQ(GetParam().fill(reader, list), Error(107));
+  EXPECT_EQ(reader.GetStatus(), MCStatus());
+  EXPECT_TRUE(list.calls.empty());
+}
+
+TEST_P(SettingsFieldsOrder, FailedParseIsToldAgainAndTheListStays) {
+  const std::string field = OfKind(GetParam(), SettingsField("double", "continuous"));
+  const struct {
+    std::string text;
+    int code;
+  } cases[] = {{"<PMML", 104},
+               {"<DataModel/>", 105},
+               {"<PMML/>", 106},
+               {Pmml(field, TransDict(field)), 119}};
+  for (const auto& [text, code] : cases) {
+    MCSettingsParser reader;
+    ASSERT_EQ(ParseText(reader, text), Error(code)) << text;
+    RecordingVarList list;
+    EXPECT_EQ(GetParam().fill(reader, list), Error(code)) << text;
+    EXPECT_TRUE(list.calls.empty());
+  }
+}
+
+TEST_P(SettingsFieldsOrder, AppendsAtEveryCallAndLeavesTheStatusAlone) {
+  MCSettingsParser reader;
+  const std::string fields = SettingsField("double", "continuous") + "<FIELD/>";
+  ASSERT_TRUE(ParseText(reader, GetParam().document(OfKind(GetParam(), fields))).IsOK());
+  RecordingVarList list;
+  EXPECT_EQ(GetParam().fill(reader, list), Error(108));
+  EXPECT_EQ(GetParam().fill(reader, list), Error(108));
+  EXPECT_EQ(list.Size(), 2u);
+  EXPECT_EQ(reader.GetStatus(), MCStatus());
+}
+
+TEST_P(SettingsFieldsOrder, ExceptionOfTheListPasses) {
+  MCSettingsParser reader;
+  const std::string fields = SettingsField("double", "continuous");
+  ASSERT_TRUE(ParseText(reader, GetParam().document(OfKind(GetParam(), fields))).IsOK());
+  RecordingVarList list;
+  list.throws_on_add = true;
+  EXPECT_THROW((void)GetParam().fill(reader, list), int);
+  list.throws_on_add = false;
+  EXPECT_TRUE(GetParam().fill(reader, list).IsOK());
+}
+
+// Documents name a weight variable by a parameter; the fill takes no notice of it.
+TEST_P(SettingsFieldsOrder, NoFieldBecomesTheWeight) {
+  const std::string field = OfKind(GetParam(), SettingsField("double", "continuous", "", "w"));
+  MCSettingsParser reader;
+  ASSERT_TRUE(
+      ParseText(reader, Pmml(field, TransDict(field) +
+                                        BuildTask(Parameter("FrequencyWeightVar", "value='w'"))))
+          .IsOK());
+  std::string weight;
+  ASSERT_TRUE(reader.GetFrequencyWeight(weight).IsOK());
+  ASSERT_EQ(weight, "w");
+  RecordingVarList list;
+  EXPECT_TRUE(GetParam().fill(reader, list).IsOK());
+  ASSERT_FALSE(list.calls.empty());
+  EXPECT_EQ(list.calls[0], "AddContVar(w||-MAX..MAX|role 4|false -1)");
+}
+
+}  // namespace
