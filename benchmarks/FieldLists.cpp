@@ -5,7 +5,6 @@
 #include <mcxprsutil/MCSettingsParser.h>
 
 #include <memory>
-#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -13,6 +12,7 @@
 #include "BareXerces.h"
 #include "Cases.h"
 #include "FieldWalks.h"
+#include "ListVariant.h"
 #include "ReaderDocuments.h"
 #include "Suite.h"
 
@@ -45,27 +45,21 @@ struct Input {
   std::unique_ptr<xercesc::XercesDOMParser> parser;
 };
 
-// A list of its own for each variant. Clearing the last one is not part of filling the next.
-Variant WithList(std::string name, const std::function<void(MCVarList&)>& fill) {
-  auto list = std::make_shared<std::optional<MCVarList>>();
-  return {std::move(name), [list, fill] { fill(**list); },
-          [list] { return DescribeWithRanges(**list); },
-          [list] {
-            list->reset();
-            list->emplace();
-          }};
-}
-
 template <class Reader, class Fill, class Walk>
 Comparison FillAgainstWalk(const std::string& text, Fill fill, Walk walk) {
   auto input = std::make_shared<Input<Reader>>(text);
   Comparison comparison;
-  comparison.ours = WithList("ours", [input, fill](MCVarList& list) {
-    if (!fill(input->reader, list).IsOK()) throw std::runtime_error("filling failed");
-  });
+  comparison.ours = WithList(
+      "ours",
+      [input, fill](MCVarList& list) {
+        if (!fill(input->reader, list).IsOK()) throw std::runtime_error("filling failed");
+      },
+      DescribeWithRanges);
   comparison.peers = {
-      {WithList("bare walk",
-                [input, walk](MCVarList& list) { walk(*input->parser->getDocument(), list); }),
+      {WithList(
+           "bare walk",
+           [input, walk](MCVarList& list) { walk(*input->parser->getDocument(), list); },
+           DescribeWithRanges),
        Limit{1.5}}};
   return comparison;
 }

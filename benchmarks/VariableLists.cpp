@@ -13,6 +13,7 @@
 #include "Cases.h"
 #include "DictionaryWalk.h"
 #include "Documents.h"
+#include "ListVariant.h"
 #include "Suite.h"
 
 namespace bench {
@@ -31,32 +32,21 @@ struct Input {
   std::unique_ptr<xercesc::XercesDOMParser> parser;
 };
 
-// A list of its own for each variant. Clearing the last one is not part of filling the next.
-struct Filled {
-  std::optional<MCVarList> list;
-};
-
-Variant WithList(std::string name, const std::function<void(MCVarList&)>& fill) {
-  auto filled = std::make_shared<Filled>();
-  return {std::move(name), [filled, fill] { fill(*filled->list); },
-          [filled] { return Describe(*filled->list); },
-          [filled] {
-            filled->list.reset();
-            filled->list.emplace();
-          }};
-}
-
 Variant Ours(const std::shared_ptr<Input>& input) {
-  return WithList("FillVarList", [input](MCVarList& list) {
-    if (!input->reader.FillVarList(list, {}, false).IsOK())
-      throw std::runtime_error("FillVarList failed");
-  });
+  return WithList(
+      "FillVarList",
+      [input](MCVarList& list) {
+        if (!input->reader.FillVarList(list, {}, false).IsOK()) {
+          throw std::runtime_error("FillVarList failed");
+        }
+      },
+      Describe);
 }
 
 Variant Walk(const std::shared_ptr<Input>& input) {
-  return WithList("bare walk", [input](MCVarList& list) {
-    WalkDictionary(*input->parser->getDocument(), list);
-  });
+  return WithList(
+      "bare walk",
+      [input](MCVarList& list) { WalkDictionary(*input->parser->getDocument(), list); }, Describe);
 }
 
 // Sets the scale only; what it makes is not a list.
