@@ -8,9 +8,9 @@
 
 #include "DomText.h"
 #include "FieldChoice.h"
+#include "FieldProblem.h"
 #include "StatusText.h"
 #include "mcxprsutil/MCDataModelParser.h"
-#include "mcxprsutil/MCXDOMHelpers.h"
 #include "mcxprsutil/MCXMLReadWrite.h"
 
 namespace examples {
@@ -18,8 +18,6 @@ namespace {
 
 using MCCommon::MCStatus;
 using MCMTD_NAMESPACE::MCVarList;
-using MCXPrsUtil::GetFirstChildElmt;
-using MCXPrsUtil::GetNextSiblingElmt;
 using MCXPrsUtil::MCDataModelParser;
 using xercesc::DOMElement;
 
@@ -31,38 +29,30 @@ constexpr int kElementMissing = 113;
 // Ranges are given to those who would cut them into parts, of which there are at least two.
 constexpr int kRangeCount = 2;
 
-std::string FieldText(const DOMElement& field, const MCStatus& status) {
-  const auto storage = AttributeText(field, "storage");
-  if (status.GetCode() == kAttributeMissing) {
-    for (const char* name : {"name", "storage", "measure"}) {
-      if (!AttributeText(field, name)) return fmt::format("it has no {}", name);
-    }
+std::string FieldText(const DOMElement& field, int code) {
+  if (code == kAttributeMissing) {
+    const std::string text = MissingAttributeText(field, {"name", "storage", "measure"});
+    if (!text.empty()) return text;
   }
-  if (status.GetCode() == kBadAttribute && storage) {
-    return fmt::format("the storage \"{}\" cannot be read", *storage);
+  if (code == kBadAttribute) {
+    return fmt::format("the storage \"{}\" cannot be read",
+                       AttributeText(field, "storage").value_or(""));
   }
-  if (status.GetCode() == kRefused) {
+  if (code == kRefused) {
     return "it was refused: its name is empty or used twice, or it is a second frequency weight";
   }
-  return StatusText(status.GetCode());
+  return StatusText(code);
 }
 
-// The reader tells only how far it came: which field that is, the document tells.
-Problem FieldProblem(const std::string& text, std::size_t index, const MCStatus& status) {
-  const std::string number = fmt::format("number {}", index + 1);
-  Problem problem{status.GetCode(), number, StatusText(status.GetCode()), {}, {}, ""};
+// The reader keeps its document to itself: a second parse finds the field.
+Problem FieldProblem(const std::string& text, std::size_t index, int code) {
   MCXPrsUtil::MCXMLReadWrite reader;
   std::istringstream in(text);
-  if (!reader.ParseToDOM(in).IsOK()) return problem;
-  const DOMElement* root = reader.GetDocument()->getDocumentElement();
-  const DOMElement* fields = GetFirstChildElmt(*root, "Fields");
-  const DOMElement* field = fields == nullptr ? nullptr : GetFirstChildElmt(*fields, "Field");
-  for (; field != nullptr && index > 0; --index) field = GetNextSiblingElmt(*field, "Field");
-  if (field == nullptr) return problem;
-  const std::string name = AttributeText(*field, "name").value_or("");
-  if (!name.empty()) problem.field = name;
-  problem.text = FieldText(*field, status) + "; the fields behind it cannot be read";
-  return problem;
+  if (!reader.ParseToDOM(in).IsOK()) return StoppingField("", index, code, StatusText(code));
+  const DOMElement& root = *reader.GetDocument()->getDocumentElement();
+  const DOMElement* field = FieldAt(root, "Fields", "Field", index);
+  return field == nullptr ? StoppingField("", index, code, StatusText(code))
+                          : StoppingField(NameOf(*field), index, code, FieldText(*field, code));
 }
 
 }  // namespace
@@ -86,7 +76,9 @@ bool DescribeDataModel(const std::string& text, const DescribeOptions& options,
   }
   MCVarList list;
   const MCStatus status = parser.FillVarList(list, false, true, kRangeCount);
-  if (!status.IsOK()) description.problems.push_back(FieldProblem(text, list.Size(), status));
+  if (!status.IsOK()) {
+    description.problems.push_back(FieldProblem(text, list.Size(), status.GetCode()));
+  }
   description.variables = DescribeVariables(list);
   AddRoles(list, description.variables);
   ChooseFields(options, description);

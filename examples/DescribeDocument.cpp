@@ -1,6 +1,5 @@
 #include "DescribeDocument.h"
 
-#include <cstdio>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -9,6 +8,7 @@
 
 #include "DataModelDescription.h"
 #include "FileCheck.h"
+#include "ParseMessage.h"
 #include "PmmlDescription.h"
 #include "SettingsDescription.h"
 #include "StatusText.h"
@@ -30,13 +30,10 @@ Problem ParseProblem(const std::string& message, const MCStatus& status) {
   problem.code = status.GetCode();
   problem.text = StatusText(status.GetCode());
   if (message.empty()) return problem;
-  int line = 0;
-  int column = 0;
-  if (std::sscanf(message.c_str(), "line %d, column %d:", &line, &column) == 2) {
-    problem.line = line;
-    problem.column = column;
-  }
-  problem.text += ": " + message;
+  const ParseMessage parsed = ReadParseMessage(message);
+  problem.text += ": " + parsed.text;
+  problem.line = parsed.line;
+  problem.column = parsed.column;
   return problem;
 }
 

@@ -74,7 +74,7 @@ class FieldReader {
     std::set<std::string> seen;
     for (const Field& field : all) {
       if (!field.name) {
-        dictionaryStops_ = true;
+        dictionary_stops_ = true;
         AddProblem(kAttributeMissing, fmt::format("number {}", field.position),
                    "it has no name; the fields behind it cannot be read");
         return;
@@ -83,7 +83,7 @@ class FieldReader {
       fields_.push_back(field);
       fields_.back().bins = HasWantedBins(field);
       fields_.back().repeated = !seen.insert(*field.name).second;
-      dictionaryStops_ = dictionaryStops_ || fields_.back().repeated;
+      dictionary_stops_ = dictionary_stops_ || fields_.back().repeated;
     }
   }
 
@@ -105,7 +105,7 @@ class FieldReader {
       ReportField(fields_[first + added], status, bins);
       return first + added + 1;
     }
-    if (!status.IsOK() && !dictionaryStops_) AddProblem(status.GetCode(), "", StatusText(status));
+    if (!status.IsOK() && !dictionary_stops_) AddProblem(status.GetCode(), "", StatusText(status));
     return first + added;
   }
 
@@ -199,7 +199,7 @@ class FieldReader {
   MCVarList list_;
   std::vector<Field> fields_;  // those wanted, in document order; repeated names are repeated
   // A field without a name, or a repeated one, gives every run a failure that is reported once.
-  bool dictionaryStops_ = false;
+  bool dictionary_stops_ = false;
 };
 
 }  // namespace

@@ -8,18 +8,16 @@
 
 #include "DomText.h"
 #include "FieldChoice.h"
+#include "FieldProblem.h"
 #include "ParameterReader.h"
 #include "StatusText.h"
 #include "mcxprsutil/MCSettingsParser.h"
-#include "mcxprsutil/MCXDOMHelpers.h"
 
 namespace examples {
 namespace {
 
 using MCCommon::MCStatus;
 using MCMTD_NAMESPACE::MCVarList;
-using MCXPrsUtil::GetFirstChildElmt;
-using MCXPrsUtil::GetNextSiblingElmt;
 using MCXPrsUtil::MCSettingsParser;
 using xercesc::DOMElement;
 
@@ -72,7 +70,8 @@ class SettingsReader {
     if (options_.bins) {
       const MCStatus status = parser_.FillVarList(binned, true);
       if (status.GetCode() != kNoBins) return TakeVariables(binned, status);
-      const DOMElement* field = FieldAt("DataDictionary", "DataField", binned.Size());
+      const DOMElement* field =
+          FieldAt(*parser_.GetRootElement(), "DataDictionary", "DataField", binned.Size());
       description_.notes.push_back(fmt::format(
           "bins are not shown, because none are declared for {}", field ? NameOf(*field) : "all"));
     }
@@ -89,39 +88,26 @@ class SettingsReader {
   void ReadDerivedVariables() {
     MCVarList list;
     const MCStatus status = parser_.FillTransDict(list);
-    if (!status.IsOK())
+    if (!status.IsOK()) {
       ReportField("TransformationDictionary", "DerivedField", list.Size(), status);
+    }
     description_.derivedVariables = DescribeVariables(list);
     AddDataTypes(list, description_.derivedVariables);
   }
 
-  const DOMElement* FieldAt(const char* dictionary, const char* tag, std::size_t index) const {
-    const DOMElement* parent = GetFirstChildElmt(*parser_.GetRootElement(), dictionary);
-    const DOMElement* field = parent == nullptr ? nullptr : GetFirstChildElmt(*parent, tag);
-    for (; field != nullptr && index > 0; --index) field = GetNextSiblingElmt(*field, tag);
-    return field;
-  }
-
-  static std::string NameOf(const DOMElement& field) {
-    return AttributeText(field, "name").value_or("");
-  }
-
   void ReportField(const char* dictionary, const char* tag, std::size_t index,
                    const MCStatus& status) {
-    const DOMElement* field = FieldAt(dictionary, tag, index);
-    std::string name = field == nullptr ? "" : NameOf(*field);
-    if (name.empty()) name = fmt::format("number {}", index + 1);
-    const std::string text =
-        field == nullptr ? StatusText(status.GetCode()) : FieldText(*field, status.GetCode());
+    const DOMElement* field = FieldAt(*parser_.GetRootElement(), dictionary, tag, index);
+    const int code = status.GetCode();
     description_.problems.push_back(
-        {status.GetCode(), name, text + "; the fields behind it cannot be read", {}, {}, ""});
+        field == nullptr ? StoppingField("", index, code, StatusText(code))
+                         : StoppingField(NameOf(*field), index, code, FieldText(*field, code)));
   }
 
   static std::string FieldText(const DOMElement& field, int code) {
     if (code == kAttributeMissing) {
-      for (const char* name : {"name", "dataType", "optype"}) {
-        if (!AttributeText(field, name)) return fmt::format("it has no {}", name);
-      }
+      const std::string text = MissingAttributeText(field, {"name", "dataType", "optype"});
+      if (!text.empty()) return text;
     }
     if (code == kBadAttribute) {
       return fmt::format("its data type \"{}\" or one of its intervals cannot be read",

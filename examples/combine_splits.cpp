@@ -22,6 +22,7 @@
 
 #include "DisplayWidth.h"
 #include "FileCheck.h"
+#include "ParseMessage.h"
 #include "ProgressBar.h"
 #include "SplitManifest.h"
 #include "SplitVariables.h"
@@ -233,7 +234,7 @@ class Combination {
     std::string message;
     std::string thrown = TextOfException([&] {
       (void)platform_.ParseToDOM(model.path);
-      message = platform_.GetParseError();
+      message = examples::ReadParseMessage(platform_.GetParseError()).text;
     });
     message += thrown;
     return message.empty() ? examples::StatusText(status)

@@ -1,10 +1,12 @@
-// The parts that put text on a terminal: widths, tables, the progress bar, status texts.
+// What puts text on a terminal: widths, tables, the progress bar, status and parse messages.
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <sstream>
 #include <string>
 
 #include "DisplayWidth.h"
+#include "ParseMessage.h"
 #include "ProgressBar.h"
 #include "StatusText.h"
 #include "TextTable.h"
@@ -15,6 +17,7 @@ using examples::DisplayWidth;
 using examples::PrefixThatFits;
 using examples::Printable;
 using examples::ProgressBar;
+using examples::ReadParseMessage;
 using examples::StatusText;
 using examples::TextTable;
 
@@ -159,6 +162,30 @@ TEST(StatusText, HasWordsForEveryCode) {
   EXPECT_STREQ(StatusText(117), "unknown status");
   EXPECT_EQ(StatusText(MCCommon::MCStatus(104, false)),
             "the document could not be parsed (status 104)");
+}
+
+struct MessageCase {
+  const char* message;
+  const char* text;
+  std::optional<int> line;
+  std::optional<int> column;
+};
+
+TEST(ParseMessage, TellsThePlaceWhereThereIsOne) {
+  const MessageCase cases[] = {
+      {"line 3, column 7: expected", "line 3, column 7: expected", 3, 7},
+      {"line 1, column 0: expected", "line 1, column 0: expected", 1, 0},
+      {"line 0, column 0: unable to open a.dtd", "unable to open a.dtd", {}, {}},
+      {"line 3 is bad", "line 3 is bad", {}, {}},
+      {"no place", "no place", {}, {}},
+      {"", "", {}, {}},
+  };
+  for (const MessageCase& test : cases) {
+    const examples::ParseMessage parsed = ReadParseMessage(test.message);
+    EXPECT_EQ(parsed.text, test.text);
+    EXPECT_EQ(parsed.line, test.line) << test.message;
+    EXPECT_EQ(parsed.column, test.column) << test.message;
+  }
 }
 
 }  // namespace
