@@ -6,7 +6,7 @@ set(mcx_package_dir "${CMAKE_INSTALL_LIBDIR}/cmake/mcxprsutil")
 install(TARGETS mcxprsutil EXPORT mcxprsutilTargets
   LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT runtime
     NAMELINK_COMPONENT development)
-install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/mcxprsutil"
+install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/mcmem" "${PROJECT_SOURCE_DIR}/include/mcxprsutil"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}" COMPONENT development FILES_MATCHING PATTERN "*.h")
 install(FILES "${PROJECT_BINARY_DIR}/include/mcxprsutil/Version.h"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/mcxprsutil" COMPONENT development)
