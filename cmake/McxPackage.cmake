@@ -12,7 +12,7 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libmcxprsutil-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS
-  "libmcxprsutil${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}), libxerces-c-dev")
+  "libmcxprsutil${PROJECT_VERSION_MAJOR} (= ${PROJECT_VERSION}), libxerces-c-dev, libicu-dev")
 # Both libraries are in the build folder, where dpkg-shlibdeps must find them.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS
   "${PROJECT_BINARY_DIR}" "${PROJECT_BINARY_DIR}/platform")

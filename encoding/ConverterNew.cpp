@@ -1,0 +1,103 @@
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+
+#include "encoding/ConverterPtr.h"
+#include "encoding/ConverterState.h"
+#include "mcmem/ConverterRegistry.h"
+#include "mcmem/Transcoding.h"
+
+namespace MCMEM_NAMESPACE {
+
+namespace {
+
+constexpr int kNameBytes = UCNV_MAX_CONVERTER_NAME_LENGTH;
+constexpr int kFrom8ToCodePage = 0;  // a direction of TULKMBCodePageAnd8
+constexpr unsigned long kLargestCodePage = 99999;
+
+char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
+
+bool IsSameAsciiName(std::string_view a, std::string_view b) {
+  return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                    [](char x, char y) { return AsciiLower(x) == AsciiLower(y); });
+}
+
+ConverterPtr Open(const char* name) {
+  UErrorCode error = U_ZERO_ERROR;
+  ConverterPtr converter(ucnv_open(name, &error));
+  if (U_FAILURE(error)) return nullptr;
+  return converter;
+}
+
+// A default converter that is missing is not made here: making one comes through here.
+ConverterPtr OpenLikeDefault() {
+  const UConverter* standard = CurrentDefaultConverter();
+  if (standard == nullptr) return Open(nullptr);
+  UErrorCode error = U_ZERO_ERROR;
+  const char* name = ucnv_getName(standard, &error);
+  return U_SUCCESS(error) ? Open(name) : nullptr;
+}
+
+// 0 where the text is no code page number. Whatever strtoul takes for a number is one, so leading
+// white space and a plus sign are allowed.
+unsigned int CodePageNumber(const char* text) {
+  char* end = nullptr;
+  const unsigned long number = std::strtoul(text, &end, 10);
+  const bool isWhole = end != text && *end == '\0';
+  if (!isWhole || number > kLargestCodePage) return 0;
+  return static_cast<unsigned int>(number);
+}
+
+ConverterPtr OpenCodePage(unsigned int cp) {
+  char name[kNameBytes];
+  if (TULKMBCpNameFromNum_C(name, cp) == 0) return nullptr;
+  return Open(name);
+}
+
+// The one Windows name that stands for a converter ICU has under other names only. Compared as
+// ASCII, in which converter names are written: a comparison in the default code page would need
+// the default converter, which may be the one that is being opened.
+ConverterPtr OpenByName(const char* name) {
+  ConverterPtr converter = Open(name);
+  if (converter == nullptr && IsSameAsciiName(name, "windows-28591")) return Open("ISO-8859-1");
+  return converter;
+}
+
+ConverterPtr OpenFor(const char* name) {
+  if (name == nullptr) return OpenLikeDefault();
+  if (const unsigned int cp = CodePageNumber(name); cp != 0) return OpenCodePage(cp);
+  return OpenByName(name);
+}
+
+void InstallSubstitution(UConverter* converter) {
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setToUCallBack(converter, TULKMB_TO_U_CALLBACK_SUBSTITUTE, nullptr, nullptr, nullptr,
+                      &error);
+  ucnv_setFromUCallBack(converter, TULKMB_FROM_U_CALLBACK_SUBSTITUTE, nullptr, nullptr, nullptr,
+                        &error);
+  // Refused for encodings without one-byte characters, as UTF-16 and UTF-32; they keep the
+  // substitute that ICU gave them, and are of use all the same.
+  ucnv_setSubstChars(converter, "?", 1, &error);
+}
+
+}  // namespace
+
+UConverter* TULKMBConverterNew_C(const char* name) {
+  ConverterPtr converter = OpenFor(name);
+  if (converter != nullptr) InstallSubstitution(converter.get());
+  return converter.release();
+}
+
+UConverter* TULKMBConverterNew_8(const char* name) {
+  if (name == nullptr) return TULKMBConverterNew_C(nullptr);
+  char converted[kNameBytes] = {};
+  int status = 0;
+  TULKMBCodePageAnd8(kFrom8ToCodePage, nullptr, converted, kNameBytes, name, -1, &status);
+  return status == 0 ? TULKMBConverterNew_C(converted) : nullptr;
+}
+
+UConverter* TULKMBConverterNew_A(const char* name) {
+  return qUTF8mode() ? TULKMBConverterNew_8(name) : TULKMBConverterNew_C(name);
+}
+
+}  // namespace MCMEM_NAMESPACE
