@@ -1,6 +1,9 @@
 // A project of its own that uses both installed libraries: it reads a PMML document into a variable
-// list that it derived itself, and combines the document with itself.
+// list that it derived itself, combines the document with itself, and converts a name.
 #include <mccommon/MCVarList.h>
+#include <mcmem/ConverterRegistry.h>
+#include <mcmem/ExtNameStr.h>
+#include <mcmem/Transcoding.h>
 #include <mcxprsutil/MCPMMLParser.h>
 #include <mcxprsutil/MCXMLReadWrite.h>
 #include <mcxprsutil/MCXSplitPMMLCombiner.h>
@@ -45,10 +48,18 @@ bool Combines(const char* path) {
          combiner.GetNModels() == 2 && combiner.ExportMiningModel("").IsOK();
 }
 
+bool ConvertsText() {
+  MCMEM_NAMESPACE::ExtNameStr name;
+  name.SetU8("\xC3\xA9t\xC3\xA9");
+  MCMEM_NAMESPACE::U16String units;
+  return name.GetU16().size() == 3 && MCMEM_NAMESPACE::GetPreferredCvtName(1252) != nullptr &&
+         MCMEM_NAMESPACE::TULKMBU8ToU16(units, name.GetU8()) == 0 && units == name.GetU16();
+}
+
 }  // namespace
 
 int main(int argc, char* argv[]) {
   if (argc != 2) return 2;
   std::cout << "mcxprsutil " << MCXPRSUTIL_VERSION << '\n';
-  return ReadsVariables(argv[1]) && Combines(argv[1]) ? 0 : 1;
+  return ReadsVariables(argv[1]) && Combines(argv[1]) && ConvertsText() ? 0 : 1;
 }
