@@ -13,6 +13,9 @@ void AddStatisticsCases(Suite& suite);
 void AddParameterCases(Suite& suite);
 void AddDomHelperCases(Suite& suite);
 void AddCombinerCases(Suite& suite);
+void AddStringPrimitiveCases(Suite& suite);
+void AddTranscodingCases(Suite& suite);
+void AddUnicodeFormCases(Suite& suite);
 
 }  // namespace bench
 

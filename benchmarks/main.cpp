@@ -25,6 +25,9 @@ bench::Suite AllCases() {
   bench::AddParameterCases(suite);
   bench::AddDomHelperCases(suite);
   bench::AddCombinerCases(suite);
+  bench::AddStringPrimitiveCases(suite);
+  bench::AddTranscodingCases(suite);
+  bench::AddUnicodeFormCases(suite);
   return suite;
 }
 
