@@ -9,11 +9,10 @@
 #include <clocale>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "mcmem/ConverterRegistry.h"
+#include "support/MadeLocales.h"
 
 namespace {
 
@@ -49,41 +48,19 @@ std::string InChild(Report report) {
   return WIFEXITED(state) && WEXITSTATUS(state) == 0 ? result : "died";
 }
 
-// A folder in which the C library looks for locales, instead of where the system keeps them. The
-// built-in C, POSIX and C.UTF-8 are there all the same.
 class LocaleTest : public testing::Test {
  protected:
   void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "mcx-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-    setenv("LOCPATH", folder_.c_str(), 1);
     unsetenv("LC_ALL");
     std::setlocale(LC_ALL, "C");
   }
-  void TearDown() override {
-    std::setlocale(LC_ALL, "C");
-    unsetenv("LOCPATH");
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-  }
 
-  // Makes a locale with a decimal comma and nothing else of its own; false where the system has
-  // nothing to make it with.
   bool Install(const std::string& name, const std::string& encoding) const {
-    std::ofstream(folder_ + "/source")
-        << "comment_char %\nescape_char /\nLC_NUMERIC\ndecimal_point \",\"\n"
-           "thousands_sep \".\"\ngrouping 3;3\nEND LC_NUMERIC\n";
-    // It complains about all the categories that the source leaves out, and makes the locale.
-    const std::string path = folder_ + "/" + name;
-    const std::string command = "localedef -c -i '" + folder_ + "/source' -f " + encoding + " '" +
-                                path + "' >/dev/null 2>&1";
-    (void)!std::system(command.c_str());
-    return std::filesystem::exists(path + "/LC_CTYPE");
+    return locales_.Make(name, encoding);
   }
 
  private:
-  std::string folder_;
+  test_support::MadeLocales locales_;
 };
 
 class InstalledLocaleTest : public LocaleTest {

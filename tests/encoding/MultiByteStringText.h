@@ -9,11 +9,10 @@
 #include <cstddef>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "encoding/GuardedMemory.h"
+#include "support/MadeLocales.h"
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 #define MCX_TEST_SANITIZED 1
@@ -83,35 +82,16 @@ class EdgeText {
   GuardedMemory memory_{4096};
 };
 
-// A test under locales that are made for it, since systems differ in what they have installed. The
-// character encodings are the C library's own.
 class CharacterLocaleTest : public testing::Test {
  protected:
-  void SetUp() override {
-    std::string pattern = (std::filesystem::temp_directory_path() / "mcx-XXXXXX").string();
-    ASSERT_NE(mkdtemp(pattern.data()), nullptr);
-    folder_ = pattern;
-    std::ofstream(folder_ + "/source") << "comment_char %\nescape_char /\nLC_CTYPE\nEND LC_CTYPE\n";
-    setenv("LOCPATH", folder_.c_str(), 1);
-  }
-  void TearDown() override {
-    std::setlocale(LC_ALL, "C");
-    unsetenv("LOCPATH");
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
-  }
-
   // Sets the character type to a locale of that encoding; false where it cannot be made.
   bool Use(const std::string& encoding) {
-    // localedef complains about what the source leaves out, and makes the locale.
-    const std::string command = "localedef -c -i '" + folder_ + "/source' -f " + encoding + " '" +
-                                folder_ + "/" + encoding + "' >/dev/null 2>&1";
-    (void)!std::system(command.c_str());
-    return std::setlocale(LC_CTYPE, encoding.c_str()) != nullptr;
+    return locales_.Make(encoding, encoding) &&
+           std::setlocale(LC_CTYPE, encoding.c_str()) != nullptr;
   }
 
  private:
-  std::string folder_;
+  test_support::MadeLocales locales_;
 };
 
 #define USE_LOCALE_OR_SKIP(encoding) \

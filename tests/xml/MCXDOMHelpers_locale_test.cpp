@@ -1,11 +1,11 @@
-// Numbers under a locale with a decimal comma. The locale is made for the test, since systems
-// differ in what they have installed.
+// Numbers under a locale with a decimal comma.
 #include <gtest/gtest.h>
 
 #include <clocale>
 #include <cstdlib>
 
 #include "mcxprsutil/MCXDOMHelpers.h"
+#include "support/MadeLocales.h"
 #include "xml/TestDocument.h"
 
 namespace {
@@ -16,26 +16,16 @@ using MCXPrsUtil::GetDoubleAttribute;
 using MCXPrsUtil::SetAttribute;
 using xml_test::TestDocument;
 
-constexpr char kCommaLocale[] =
-    "comment_char %\nescape_char /\nLC_NUMERIC\ndecimal_point \",\"\nthousands_sep \".\"\n"
-    "grouping 3;3\nEND LC_NUMERIC\n";
-
 class MCXDOMHelpersLocale : public testing::Test {
  protected:
   void SetUp() override {
-    if (std::system("command -v localedef >/dev/null 2>&1") != 0) GTEST_SKIP() << "no localedef";
-    xml_test::WriteFile(folder_.File("source"), kCommaLocale);
-    // It complains about all the categories that the source leaves out, and makes the locale.
-    const std::string command = "localedef -c -i '" + folder_.File("source") + "' '" +
-                                folder_.File("comma") + "' >/dev/null 2>&1";
-    (void)!std::system(command.c_str());
-    setenv("LOCPATH", folder_.File("").c_str(), 1);
+    if (!locales_.Make("comma", "ANSI_X3.4-1968")) GTEST_SKIP() << "no localedef";
     ASSERT_NE(std::setlocale(LC_NUMERIC, "comma"), nullptr);
     ASSERT_EQ(std::strtod("3,5", nullptr), 3.5) << "the locale has no decimal comma";
   }
-  void TearDown() override { std::setlocale(LC_ALL, "C"); }
 
-  xml_test::ScratchFolder folder_;
+ private:
+  test_support::MadeLocales locales_;
 };
 
 TEST_F(MCXDOMHelpersLocale, NumbersReadThePoint) {
