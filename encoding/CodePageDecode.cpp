@@ -23,6 +23,21 @@ bool IsAsciiItself(const UConverter* converter) {
   }
 }
 
+// Whether bytes may stand for a change of state rather than for a character.
+bool HasStates(const UConverter* converter) {
+  switch (ucnv_getType(converter)) {
+    case UCNV_SBCS:
+    case UCNV_DBCS:
+    case UCNV_MBCS:
+    case UCNV_LATIN_1:
+    case UCNV_US_ASCII:
+    case UCNV_UTF8:
+      return false;
+    default:
+      return true;
+  }
+}
+
 }  // namespace
 
 const char* EndOfText(const char* s, int length) {
@@ -44,6 +59,7 @@ void CodePageDecoder::Prepare() {
   ucnv_setToUCallBack(converter, UCNV_TO_U_CALLBACK_STOP, nullptr, &callback_, &context_, &error);
   ucnv_resetToUnicode(converter);
   is_ascii_itself_ = IsAsciiItself(converter);
+  has_states_ = HasStates(converter);
   has_wide_units_ = ucnv_getMinCharSize(converter) > 1;
   // Two Indian letters may combine: this converter reads the second one before it gives the first.
   looks_ahead_ = ucnv_getType(converter) == UCNV_ISCII;
@@ -73,8 +89,10 @@ CodePageCharacter CodePageDecoder::Next(const char* p, const char* end) {
   UErrorCode error = U_ZERO_ERROR;
   const UChar32 c = ucnv_getNextUChar(converter, &next, p + std::min(end - p, kMost), &error);
   if (U_SUCCESS(error)) return {C::kClean, static_cast<std::uint32_t>(c), next - p, next - p};
-  // At the end ICU may still complain, about bits left over or about a null text.
-  if (error == U_INDEX_OUTOFBOUNDS_ERROR || p == end) return {C::kEnd, 0, 0, next - p};
+  // At the end ICU may still complain, about bits left over or about a null text. Without states to
+  // change, bytes that give nothing are no end: ICU loses the error there (gsm-03.38).
+  const bool gives_nothing = error == U_INDEX_OUTOFBOUNDS_ERROR && has_states_;
+  if (gives_nothing || p == end) return {C::kEnd, 0, 0, next - p};
   ucnv_resetToUnicode(converter);
   return {C::kFailed, 0, 0, next - p};
 }

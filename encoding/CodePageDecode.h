@@ -70,6 +70,7 @@ class CodePageDecoder {
   UConverterToUCallback callback_ = nullptr;
   const void* context_ = nullptr;
   bool is_ascii_itself_ = false;
+  bool has_states_ = false;
   bool has_wide_units_ = false;
   bool looks_ahead_ = false;
 };

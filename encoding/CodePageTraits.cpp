@@ -35,7 +35,7 @@ class TraitsTable {
       delete traits.table_;
       return known;
     }
-    std::strcpy(rows_[size].name, name);
+    std::memcpy(rows_[size].name, name, std::strlen(name) + 1);
     rows_[size].traits = traits;
     size_.store(size + 1, std::memory_order_release);
     return &rows_[size].traits;

@@ -381,7 +381,8 @@ std::size_t MalformedLength(const char* src, const char* srcEnd) {
 }
 
 std::size_t CountUtf16Units(const char* utf8, std::size_t bytes) {
-  constexpr std::size_t kStretch = 127 * 16;  // at most 2 per lane and step: no lane overflows
+  constexpr std::size_t kStretch =
+      std::size_t{127} * 16;  // at most 2 per lane and step: no lane overflows
   std::size_t units = 0;
   std::size_t i = 0;
   while (bytes - i >= 16) {
@@ -404,7 +405,7 @@ std::size_t CountUtf16Units(const char* utf8, std::size_t bytes) {
 }
 
 std::size_t CountUtf8Bytes(const unsigned short* utf16, std::size_t units) {
-  constexpr std::size_t kStretch = 120 * 8;
+  constexpr std::size_t kStretch = std::size_t{120} * 8;
   std::size_t extra = 0;
   std::size_t i = 0;
   while (units - i >= 8) {

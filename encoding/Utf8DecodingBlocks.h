@@ -52,7 +52,8 @@ MCMEM_SHUFFLING inline __m128i CloseGaps(__m128i lanes, unsigned dropped) {
 
 // The last four of `count` lanes that are kept, at the bottom; `count` is at least 4.
 MCMEM_SHUFFLING inline __m128i LastFourKept(__m128i lanes, unsigned dropped, int count) {
-  const unsigned char* order = kLaneDrops[dropped].from + 2 * (count - 4);
+  const unsigned char* order =
+      kLaneDrops[dropped].from + 2 * static_cast<std::ptrdiff_t>(count - 4);
   return _mm_shuffle_epi8(lanes, _mm_loadl_epi64(reinterpret_cast<const __m128i*>(order)));
 }
 

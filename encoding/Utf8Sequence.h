@@ -56,7 +56,7 @@ constexpr bool IsLegalUtf8(const unsigned char* s) {
 
 // The code point of a legal sequence of `trail` + 1 bytes.
 constexpr unsigned int CodePointOf(const unsigned char* s, std::ptrdiff_t trail) {
-  constexpr unsigned int kLeadBits[] = {0x7F, 0x1F, 0x0F, 0x07};
+  constexpr unsigned int kLeadBits[] = {0x7F, 0x1F, 0x0F, 0x07, 0x03, 0x01};
   unsigned int value = s[0] & kLeadBits[trail];
   for (std::ptrdiff_t i = 1; i <= trail; ++i) value = value << 6 | (s[i] & 0x3Fu);
   return value;

@@ -31,7 +31,7 @@ constexpr int kRangeCount = 2;
 
 std::string FieldText(const DOMElement& field, int code) {
   if (code == kAttributeMissing) {
-    const std::string text = MissingAttributeText(field, {"name", "storage", "measure"});
+    std::string text = MissingAttributeText(field, {"name", "storage", "measure"});
     if (!text.empty()) return text;
   }
   if (code == kBadAttribute) {

@@ -106,7 +106,7 @@ class SettingsReader {
 
   static std::string FieldText(const DOMElement& field, int code) {
     if (code == kAttributeMissing) {
-      const std::string text = MissingAttributeText(field, {"name", "dataType", "optype"});
+      std::string text = MissingAttributeText(field, {"name", "dataType", "optype"});
       if (!text.empty()) return text;
     }
     if (code == kBadAttribute) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <mcmem/ConverterRegistry.h>
+#include <mcmem/MultiByteString.h>
 #include <mcmem/Transcoding.h>
 
 #include <cstring>
@@ -22,6 +23,18 @@ struct Closer {
 using OwnConverter = std::unique_ptr<UConverter, Closer>;
 
 OwnConverter Open(const char* name) { return OwnConverter(TULKMBConverterNew_C(name)); }
+
+// At the end of a text ICU tells of no character at all instead of an illegal one.
+TEST(TranscodingFaults, AnIllegalByteOfGsmAtTheEndIsNotClean) {
+  const OwnConverter converter = Open("gsm-03.38");
+  ASSERT_NE(converter, nullptr);
+  EXPECT_EQ(TULKMBValidCount_C(converter.get(), "\x80", -1), 0);
+  EXPECT_EQ(TULKMBValidCount_C(converter.get(), "Z\x80\xFF", -1), 1);
+  EXPECT_EQ(TULKMBValidCount_C(converter.get(), "ZZ", -1), 2);
+  int status = 0;
+  EXPECT_EQ(TULKMBBinaryCompare_C(1, converter.get(), "\x80", -1, "", -1, &status), 1);
+  EXPECT_EQ(status, 3);
+}
 
 // ICU does not reset compound text.
 TEST(TranscodingFaults, CompoundTextStartsAnewInEachCall) {
