@@ -1,0 +1,391 @@
+// Two texts, in memory that ends where they do, through all the functions that step by characters:
+// the UTF-8 members give what the slow reference gives; the code-page members stay within the text,
+// always end, order texts consistently, and cut no character.
+#include <mcmem/ConverterRegistry.h>
+#include <mcmem/MultiByteString.h>
+#include <mcmem/Transcoding.h>
+#include <unicode/uchar.h>
+
+#include <algorithm>
+#include <clocale>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "Check.h"
+#include "Converters.h"
+#include "Input.h"
+#include "reference/SlowUtf8Strings.h"
+
+namespace {
+
+using namespace MCMEM_NAMESPACE;
+using fuzz::Input;
+using fuzz::TerminatedCopy;
+using fuzz::UpToZero;
+using Exact = fuzz::ExactCopy<char>;
+
+struct Texts {
+  std::string a;
+  std::string b;
+  std::size_t n;   // a number of bytes
+  unsigned point;  // a code point to look for
+};
+
+int SignedSize(const std::string& s) { return static_cast<int>(s.size()); }
+
+// An offset for a pointer into a text, -1 for null.
+std::ptrdiff_t OffsetOf(const char* found, const Exact& text) {
+  return found == nullptr ? -1 : found - text.Get();
+}
+
+// ---- UTF-8 ----
+
+void CheckSteps8(const std::string& text) {
+  const Exact s = TerminatedCopy(text);
+  FUZZ_CHECK(TULKMBstrinc_8(nullptr) == nullptr);
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const int length = reference::AnnouncedLength(text.substr(i));
+    FUZZ_CHECK(TULKMBmbclen_8(s.Get() + i) == length);
+    FUZZ_CHECK(TULKMBstrinc_8(s.Get() + i) == s.Get() + i + length);
+  }
+  FUZZ_CHECK(TULKMBmbclen_8(s.Get() + text.size()) == 1);
+}
+
+void CheckLengths8(const std::string& bytes, std::size_t n) {
+  const std::string seen = bytes.substr(0, n);
+  const Exact s(seen);
+  const int expected = reference::CheckedLength(UpToZero(seen), seen.size());
+  FUZZ_CHECK(TULKMBmblen_8(s.Get(), seen.size()) == expected);
+  const int kept = reference::LengthWithoutBadTail(seen);
+  FUZZ_CHECK(TULKMBCheckFinalChar_8(s.Get(), SignedSize(seen)) == kept);
+  const std::string text = UpToZero(bytes);
+  FUZZ_CHECK(TULKMBCheckFinalChar_8(TerminatedCopy(text).Get(), -1) ==
+             reference::LengthWithoutBadTail(text));
+}
+
+void CheckBackwards8(const std::string& bytes) {
+  for (std::size_t i = 1; i <= bytes.size(); ++i) {
+    const Exact s(bytes.data(), i);
+    const int expected = reference::PreviousIndex(bytes.substr(0, i), static_cast<int>(i));
+    FUZZ_CHECK(TULKMBPreviousIndex_8(s.Get(), static_cast<int>(i)) == expected);
+    FUZZ_CHECK(OffsetOf(TULKMBAnsiPrev_8(s.Get(), s.Get() + i), s) == expected);
+  }
+}
+
+std::ptrdiff_t PlaceOf(const std::string& text, unsigned point, bool last) {
+  if (point >= 0x80) return reference::Search(text, point, last);
+  if (point == 0) return SignedSize(text);
+  const auto at = last ? text.rfind(static_cast<char>(point)) : text.find(static_cast<char>(point));
+  return at == std::string::npos ? -1 : static_cast<std::ptrdiff_t>(at);
+}
+
+void CheckSearch8(const std::string& text, unsigned point) {
+  const Exact s = TerminatedCopy(text);
+  FUZZ_CHECK(OffsetOf(TULKMBSearchChar_8(s.Get(), point, 0), s) == PlaceOf(text, point, false));
+  FUZZ_CHECK(OffsetOf(TULKMBSearchChar_8(s.Get(), point, 2), s) == PlaceOf(text, point, true));
+  FUZZ_CHECK(TULKMBstrchr_8(s.Get(), point) == TULKMBSearchChar_8(s.Get(), point, 0));
+  FUZZ_CHECK(TULKMBstrrchr_8(s.Get(), point) == TULKMBSearchChar_8(s.Get(), point, 1));
+}
+
+// A set ends before its first encoded surrogate, though in a text that is a character.
+std::vector<unsigned> SetOf(const std::string& text) {
+  constexpr std::size_t kMost = 64;
+  std::vector<unsigned> set;
+  for (std::size_t at = 0; at < text.size() && set.size() < kMost;) {
+    const reference::SlowCharacter c = reference::DecodeAt(text, at, false);
+    if (!c.isLegal) break;
+    set.push_back(c.value);
+    at += c.bytes;
+  }
+  return set;
+}
+
+void CheckSpan8(const std::string& text, const std::string& set) {
+  const Exact s = TerminatedCopy(text);
+  const Exact members = TerminatedCopy(set);
+  for (const bool stopsInside : {false, true}) {
+    FUZZ_CHECK(TULKMBStringSpan_8(stopsInside, s.Get(), members.Get()) ==
+               reference::Span(text, SetOf(set), stopsInside));
+  }
+  FUZZ_CHECK(TULKMBstrcspn_8(s.Get(), members.Get()) == reference::Span(text, SetOf(set), true));
+}
+
+unsigned Same(unsigned value) { return value; }
+unsigned Folded(unsigned value) {
+  return static_cast<unsigned>(u_tolower(static_cast<UChar32>(value)));
+}
+
+void CheckCompare8(const Texts& t) {
+  const Exact a(t.a);
+  const Exact b = TerminatedCopy(UpToZero(t.b));
+  for (const int mode : {0, 1}) {
+    const reference::Order expected = reference::Compare(t.a, t.b, mode == 0 ? Folded : Same);
+    int status = -1;
+    FUZZ_CHECK(TULKMBBinaryCompare_8(mode, a.Get(), SignedSize(t.a), b.Get(), -1, &status) ==
+               expected.order);
+    FUZZ_CHECK(status == expected.status);
+  }
+  const reference::Order folded = reference::Compare(t.a, t.b, Folded);
+  int status = -1;
+  FUZZ_CHECK(TULKMBqstricmp_8(a.Get(), SignedSize(t.a), b.Get(), -1, &status) ==
+             (folded.order == 0));
+  FUZZ_CHECK(status == folded.status);
+  const std::string headOfA = t.a.substr(0, t.n);
+  const std::string headOfB = t.b.substr(0, t.n);
+  const Exact first = t.n < t.a.size() ? Exact(headOfA) : TerminatedCopy(headOfA);
+  const Exact second = t.n < t.b.size() ? Exact(headOfB) : TerminatedCopy(headOfB);
+  FUZZ_CHECK(TULKMBstrnicmp_8(first.Get(), second.Get(), static_cast<int>(t.n)) ==
+             reference::Compare(headOfA, headOfB, Folded).order);
+}
+
+void CheckCopies8(const std::string& text, std::size_t n) {
+  const std::string head = text.substr(0, n);
+  const Exact source = n <= text.size() ? Exact(head) : TerminatedCopy(head);
+  const auto kept = static_cast<std::size_t>(reference::LengthWithoutBadTail(head));
+  const std::unique_ptr<char[]> target(new char[n]);
+  std::fill_n(target.get(), n, '#');
+  FUZZ_CHECK(TULKMBLimitedCopy_8(target.get(), source.Get(), n) == static_cast<int>(kept));
+  std::string expected = head.substr(0, kept) + std::string(n - kept, '#');
+  FUZZ_CHECK(expected.compare(0, n, target.get(), n) == 0);
+  std::fill_n(target.get(), n, '#');
+  FUZZ_CHECK(TULKMBstrncpy_8(target.get(), source.Get(), n) == target.get());
+  std::replace(expected.begin() + static_cast<std::ptrdiff_t>(kept), expected.end(), '#', '\0');
+  FUZZ_CHECK(expected.compare(0, n, target.get(), n) == 0);
+}
+
+void CheckUtf8(const Texts& t) {
+  const std::string text = UpToZero(t.a);
+  CheckSteps8(text);
+  CheckLengths8(t.a, t.n);
+  CheckBackwards8(t.a);
+  CheckSearch8(text, t.point);
+  CheckSpan8(text, UpToZero(t.b));
+  CheckCompare8(t);
+  CheckCopies8(text, t.n);
+}
+
+// ---- Code pages: lengths, from the locale ----
+
+// Where characters start, and the end of the text.
+std::vector<std::size_t> Starts(const std::string& text) {
+  const Exact s = TerminatedCopy(text);
+  std::vector<std::size_t> starts;
+  for (std::size_t i = 0; i < text.size();) {
+    starts.push_back(i);
+    const int length = TULKMBmbclen_C(s.Get() + i);
+    FUZZ_CHECK(length >= 1 && static_cast<std::size_t>(length) <= text.size() - i);
+    FUZZ_CHECK(TULKMBstrinc_C(s.Get() + i) == s.Get() + i + length);
+    i += static_cast<std::size_t>(length);
+  }
+  starts.push_back(text.size());
+  return starts;
+}
+
+bool IsAmong(const std::vector<std::size_t>& starts, std::size_t offset) {
+  return std::binary_search(starts.begin(), starts.end(), offset);
+}
+
+void CheckLengthsC(const std::string& bytes, std::size_t n) {
+  const std::string seen = bytes.substr(0, n);
+  const int length = TULKMBmblen_C(Exact(seen).Get(), seen.size());
+  FUZZ_CHECK(length >= -1 && length <= SignedSize(seen));
+  if (!seen.empty()) FUZZ_CHECK((length == 0) == (seen[0] == '\0'));
+}
+
+void CheckBackwardsC(const std::string& text) {
+  const Exact s = TerminatedCopy(text);
+  const int size = SignedSize(text);
+  for (int i = 0; i <= size + 2; ++i) {
+    const int start = TULKMBFindStart_C(s.Get(), i);
+    if (i >= size) {
+      FUZZ_CHECK(start == size);
+    } else {
+      FUZZ_CHECK(start == i || (start == i - 1 && start >= 0));
+    }
+  }
+  for (int i = 1; i <= size; ++i) {
+    const Exact head(text.data(), static_cast<std::size_t>(i));  // nothing behind is of interest
+    const auto previous = OffsetOf(TULKMBAnsiPrev_C(head.Get(), head.Get() + i), head);
+    FUZZ_CHECK(previous == TULKMBFindStart_C(s.Get(), i - 1));
+  }
+}
+
+void CheckSearchC(const std::string& text, unsigned point) {
+  const Exact s = TerminatedCopy(text);
+  const auto first = OffsetOf(TULKMBstrchr_C(s.Get(), point), s);
+  const auto last = OffsetOf(TULKMBstrrchr_C(s.Get(), point), s);
+  FUZZ_CHECK((first < 0) == (last < 0) && first <= last);
+  if (point == 0) FUZZ_CHECK(first == SignedSize(text) && last == first);
+  if (point == 0 || first < 0) return;
+  for (const auto at : {first, last}) {
+    FUZZ_CHECK(at < SignedSize(text));
+    FUZZ_CHECK(text[static_cast<std::size_t>(at)] == static_cast<char>(point));
+  }
+}
+
+// Whole characters and zeros behind them.
+void CheckCopyC(const std::string& text, std::size_t n) {
+  const std::unique_ptr<char[]> target(new char[n]);
+  std::fill_n(target.get(), n, '#');
+  FUZZ_CHECK(TULKMBstrncpy_C(target.get(), TerminatedCopy(text).Get(), n) == target.get());
+  const std::string made(target.get(), n);
+  const std::string kept = UpToZero(made);
+  FUZZ_CHECK(made.find_first_not_of('\0', kept.size()) == std::string::npos);
+  FUZZ_CHECK(text.compare(0, kept.size(), kept) == 0);
+  FUZZ_CHECK(IsAmong(Starts(text), kept.size()));
+}
+
+// ---- Code pages: code points, from a converter ----
+
+void CheckDecoding(const std::string& text) {
+  const Exact s = TerminatedCopy(text);
+  const Exact unterminated(text);
+  const int size = SignedSize(text);
+  for (int i = 0; i < size; ++i) {
+    unsigned point = 1;
+    const int bytes = TULKMBU32Get_C(&point, unterminated.Get(), i, size);
+    FUZZ_CHECK(bytes == -1 || (bytes >= 1 && bytes <= size - i));
+    FUZZ_CHECK(bytes > 0 || point == 0);
+    unsigned again = 1;
+    FUZZ_CHECK(TULKMBU32Get_C(&again, s.Get(), i, -1) == bytes && again == point);
+  }
+  FUZZ_CHECK(TULKMBU32Get_C(nullptr, s.Get(), size, -1) == 0);
+  FUZZ_CHECK(TULKMBU32Get_C(nullptr, s.Get(), size, size) == 0);
+}
+
+// A clean text is what converts exactly.
+void CheckValidCount(UConverter* converter, const std::string& bytes) {
+  const int count = TULKMBValidCount_C(converter, Exact(bytes).Get(), SignedSize(bytes));
+  FUZZ_CHECK(count >= 0 && count <= SignedSize(bytes));
+  FUZZ_CHECK(TULKMBValidCount_C(nullptr, Exact(bytes).Get(), SignedSize(bytes)) == count);
+  // One counts a letter that it only looked at, of the other's characters a last byte holds bits of
+  // the next one.
+  const UConverterType type = ucnv_getType(converter);
+  if (type == UCNV_ISCII || type == UCNV_UTF7) return;
+  const std::string clean = bytes.substr(0, static_cast<std::size_t>(count));
+  FUZZ_CHECK(TULKMBValidCount_C(converter, Exact(clean).Get(), count) == count);
+  U16String units;
+  FUZZ_CHECK(TULKMBCodePageToU16(converter, units, clean) == 0);
+}
+
+// The first character is a member or none.
+void CheckSpanC(const std::string& text, const std::string& set) {
+  const Exact s = TerminatedCopy(text);
+  const Exact members = TerminatedCopy(set);
+  const int outside = TULKMBSpan_C(s.Get(), members.Get(), 0);
+  const int inside = TULKMBSpan_C(s.Get(), members.Get(), 1);
+  for (const int span : {outside, inside}) FUZZ_CHECK(span >= 0 && span <= SignedSize(text));
+  FUZZ_CHECK(TULKMBstrcspn_C(s.Get(), members.Get()) == outside);
+  if (!text.empty()) FUZZ_CHECK((outside == 0) != (inside == 0));
+  FUZZ_CHECK(TULKMBSpan_C(s.Get(), s.Get(), 1) == SignedSize(text));
+}
+
+int OrderC(UConverter* converter, int mode, const std::string& a, const std::string& b,
+           int& status) {
+  const Exact first(a);
+  const Exact second = TerminatedCopy(UpToZero(b));
+  const int order =
+      TULKMBBinaryCompare_C(mode, converter, first.Get(), SignedSize(a), second.Get(), -1, &status);
+  FUZZ_CHECK(order >= -1 && order <= 1 && (status == 0 || status == 3));
+  return order;
+}
+
+void CheckCompareC(UConverter* converter, const Texts& t) {
+  for (const int mode : {0, 1}) {
+    int status = -1;
+    int swapped = -1;
+    int byDefault = -1;
+    const int order = OrderC(converter, mode, t.a, t.b, status);
+    FUZZ_CHECK(OrderC(converter, mode, t.b, t.a, swapped) == -order && swapped == status);
+    FUZZ_CHECK(OrderC(nullptr, mode, t.a, t.b, byDefault) == order && byDefault == status);
+    FUZZ_CHECK(OrderC(converter, mode, t.a, t.a, status) == 0);
+    FUZZ_CHECK(OrderC(converter, mode, t.b, t.b, status) == 0);
+  }
+  int exact = -1;
+  int folded = -1;
+  if (OrderC(converter, 1, t.a, t.b, exact) == 0) {
+    FUZZ_CHECK(OrderC(converter, 0, t.a, t.b, folded) == 0 && folded == exact);
+  }
+  const bool isEqual = OrderC(converter, 0, t.a, t.b, folded) == 0;
+  const Exact a(t.a);
+  const Exact b(t.b);
+  int status = -1;
+  FUZZ_CHECK(TULKMBqstricmp_C(a.Get(), SignedSize(t.a), b.Get(), SignedSize(t.b), &status) ==
+             isEqual);
+  FUZZ_CHECK(status == folded);
+}
+
+void CheckCodePage(UConverter* converter, const Texts& t) {
+  const std::string text = UpToZero(t.a);
+  (void)Starts(text);  // it checks every step
+  CheckLengthsC(t.a, t.n);
+  CheckBackwardsC(text);
+  CheckSearchC(text, t.point);
+  CheckCopyC(text, t.n);
+  CheckDecoding(text);
+  CheckValidCount(converter, t.a);
+  CheckSpanC(text, UpToZero(t.b));
+  CheckCompareC(converter, t);
+}
+
+// ---- The active members ----
+
+void CheckActive(const Texts& t) {
+  const bool isUtf8 = qUTF8mode();
+  const Exact a = TerminatedCopy(UpToZero(t.a));
+  const Exact b = TerminatedCopy(UpToZero(t.b));
+  const char* const s = a.Get();
+  const char* const end = s + std::strlen(s);
+  const auto n = static_cast<int>(t.n);
+  FUZZ_CHECK(TULKMBstrinc_A(s) == (isUtf8 ? TULKMBstrinc_8(s) : TULKMBstrinc_C(s)));
+  FUZZ_CHECK(TULKMBAnsiPrev_A(s, end) ==
+             (isUtf8 ? TULKMBAnsiPrev_8(s, end) : TULKMBAnsiPrev_C(s, end)));
+  FUZZ_CHECK(TULKMBstrchr_A(s, t.point) ==
+             (isUtf8 ? TULKMBstrchr_8(s, t.point) : TULKMBstrchr_C(s, t.point)));
+  FUZZ_CHECK(TULKMBstrrchr_A(s, t.point) ==
+             (isUtf8 ? TULKMBstrrchr_8(s, t.point) : TULKMBstrrchr_C(s, t.point)));
+  FUZZ_CHECK(TULKMBstrcspn_A(s, b.Get()) ==
+             (isUtf8 ? TULKMBstrcspn_8(s, b.Get()) : TULKMBstrcspn_C(s, b.Get())));
+  FUZZ_CHECK(TULKMBstrnicmp_A(s, b.Get(), n) ==
+             (isUtf8 ? TULKMBstrnicmp_8(s, b.Get(), n) : TULKMBstrnicmp_C(s, b.Get(), n)));
+  FUZZ_CHECK(
+      TULKMBqstricmp_A(s, -1, b.Get(), -1) ==
+      (isUtf8 ? TULKMBqstricmp_8(s, -1, b.Get(), -1) : TULKMBqstricmp_C(s, -1, b.Get(), -1)));
+  std::string one(t.n, '#');
+  std::string other(t.n, '#');
+  TULKMBstrncpy_A(one.data(), s, t.n);
+  (isUtf8 ? TULKMBstrncpy_8 : TULKMBstrncpy_C)(other.data(), s, t.n);
+  FUZZ_CHECK(one == other);
+}
+
+void SetLocale(unsigned which) {
+  constexpr const char* kLocales[] = {"C", "C.UTF-8"};
+  FUZZ_CHECK(std::setlocale(LC_CTYPE, kLocales[which]) != nullptr);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Input in(data, size);
+  const unsigned flags = in.Byte();
+  SetLocale(flags & 1);
+  SetUTF8mode((flags & 2) != 0 ? 1 : 0);
+  UConverter* const converter = fuzz::ChooseConverter(in);
+  TULKMBSetDefaultConverter(converter);
+  Texts t;
+  t.n = in.Byte();
+  t.point = in.Byte();
+  if ((flags & 4) != 0) t.point = t.point << 8 | in.Byte();
+  if ((flags & 8) != 0) t.point = t.point << 8 | in.Byte();
+  const std::size_t sizeOfB = in.Byte();
+  t.b = in.Take(sizeOfB);
+  t.a = (flags & 16) != 0 ? t.b + in.Rest() : in.Rest();  // alike at first
+  CheckUtf8(t);
+  CheckCodePage(converter, t);
+  CheckActive(t);
+  return 0;
+}
