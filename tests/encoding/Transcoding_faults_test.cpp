@@ -33,6 +33,7 @@ TEST(TranscodingFaults, AnIllegalByteOfGsmAtTheEndIsNotClean) {
   EXPECT_EQ(TULKMBValidCount_C(converter.get(), "ZZ", -1), 2);
   int status = 0;
   EXPECT_EQ(TULKMBBinaryCompare_C(1, converter.get(), "\x80", -1, "", -1, &status), 1);
+  EXPECT_EQ(TULKMBBinaryCompare_C(1, converter.get(), "\x80", -1, "Z", -1, &status), 1);
   EXPECT_EQ(status, 3);
 }
 
