@@ -74,13 +74,14 @@ TEST(TranscodingFaults, CompoundTextIsCutInEveryCapacity) {
 TEST(TranscodingFaults, CompoundTextMayBeTheDefault) {
   const OwnConverter converter = Open("x11-compound-text");
   ASSERT_NE(converter, nullptr);
+  UConverter* const before = TULKMBGetDefaultConverter();
   TULKMBSetDefaultConverter(converter.get());
   for (int i = 0; i < 3; ++i) {
     std::string text;
     EXPECT_EQ(TULKMBU8ToCodePage(nullptr, text, "caf\xC3\xA9"), 0);
     EXPECT_EQ(text, "caf\xE9");
   }
-  TULKMBSetDefaultConverter(nullptr);
+  TULKMBSetDefaultConverter(before);
 }
 
 TEST(TranscodingFaults, ANullSourceWithoutLengthIsEmpty) {
