@@ -45,8 +45,12 @@ bool SameText(const XMLCh* x, const char* s) {
   if (!x) x = kEmpty;
   const auto* byte = reinterpret_cast<const signed char*>(s);
   // One test for both ends of the loop: the terminator is zero, bytes beyond ASCII are negative.
+  const auto goesOn = [&](std::size_t at) {
+    return byte[at] > 0 && x[at] == static_cast<XMLCh>(byte[at]);
+  };
   std::size_t i = 0;
-  while (byte[i] > 0 && x[i] == static_cast<XMLCh>(byte[i])) ++i;
+  // Two at a time: how fast a loop this short runs depends on where the linker puts it.
+  while (goesOn(i) && goesOn(++i)) ++i;
   if (byte[i] == 0 && x[i] == 0) return true;
   if (byte[i] >= 0 && *x != 0) return false;
   return SameConvertedText(x, s);
