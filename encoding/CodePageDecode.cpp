@@ -6,6 +6,8 @@
 #include <cstring>
 #include <limits>
 
+#include "encoding/ConverterStates.h"
+
 namespace MCMEM_NAMESPACE {
 
 namespace {
@@ -20,21 +22,6 @@ bool IsAsciiItself(const UConverter* converter) {
       return true;
     default:
       return false;
-  }
-}
-
-// Whether bytes may stand for a change of state rather than for a character.
-bool HasStates(const UConverter* converter) {
-  switch (ucnv_getType(converter)) {
-    case UCNV_SBCS:
-    case UCNV_DBCS:
-    case UCNV_MBCS:
-    case UCNV_LATIN_1:
-    case UCNV_US_ASCII:
-    case UCNV_UTF8:
-      return false;
-    default:
-      return true;
   }
 }
 
@@ -59,7 +46,7 @@ void CodePageDecoder::Prepare() {
   ucnv_setToUCallBack(converter, UCNV_TO_U_CALLBACK_STOP, nullptr, &callback_, &context_, &error);
   ucnv_resetToUnicode(converter);
   is_ascii_itself_ = IsAsciiItself(converter);
-  has_states_ = HasStates(converter);
+  has_states_ = HasStates(*converter);
   has_wide_units_ = ucnv_getMinCharSize(converter) > 1;
   // Two Indian letters may combine: this converter reads the second one before it gives the first.
   looks_ahead_ = ucnv_getType(converter) == UCNV_ISCII;

@@ -10,6 +10,7 @@
 
 #include "encoding/AsciiRuns.h"
 #include "encoding/CodePageProbe.h"
+#include "encoding/ConverterStates.h"
 
 namespace MCMEM_NAMESPACE {
 namespace transcoding {
@@ -69,23 +70,10 @@ TraitsTable& KnownTraits() {
   return table;
 }
 
-bool HasShiftStates(UConverterType type) {
-  switch (type) {
-    case UCNV_SBCS:
-    case UCNV_MBCS:
-    case UCNV_LATIN_1:
-    case UCNV_US_ASCII:
-    case UCNV_UTF8:
-      return false;
-    default:
-      return true;
-  }
-}
-
 }  // namespace
 
 const CodePageTraits* CodePageTraits::Of(const UConverter& converter) {
-  if (HasShiftStates(ucnv_getType(&converter))) return nullptr;
+  if (HasStates(converter)) return nullptr;
   UErrorCode error = U_ZERO_ERROR;
   const char* name = ucnv_getName(&converter, &error);
   if (U_FAILURE(error) || name == nullptr) return nullptr;
