@@ -258,7 +258,7 @@ Batch<Source, Target> MakeBatch(Script script, std::size_t bytes) {
     begin = end;
     if (begin == text.size()) break;
   }
-  batch.room = 2 * bytes;  // UTF-8 from UTF-16 grows to the size it came from
+  batch.room = bytes;  // no form has more units than UTF-8, which all texts come from
   return batch;
 }
 

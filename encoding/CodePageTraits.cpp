@@ -88,12 +88,12 @@ std::size_t CodePageTraits::CountPlain(const typename Source::Unit* s, std::size
   std::size_t i = 0;
   for (; n - i >= 16; i += 16) {
     const ascii::Block block = Source::template Load16<false>(s + i);
-    unsigned stops = block.stops;
+    __m128i exceptions = _mm_setzero_si128();
     for (std::size_t k = 0; k < exception_count_; ++k) {
       const __m128i exception = _mm_set1_epi8(static_cast<char>(exceptions_[k]));
-      stops |= static_cast<unsigned>(_mm_movemask_epi8(_mm_cmpeq_epi8(block.bytes, exception)));
+      exceptions = _mm_or_si128(exceptions, _mm_cmpeq_epi8(block.bytes, exception));
     }
-    if (stops != 0) return i + static_cast<std::size_t>(__builtin_ctz(stops));
+    if (Source::AnyStop(block.marks) || ascii::ByteMaskOf(exceptions) != 0) break;
   }
   const unsigned char* const end = exceptions_ + exception_count_;
   while (i < n && s[i] < 0x80 && std::find(exceptions_, end, s[i]) == end) ++i;

@@ -90,8 +90,11 @@ template <class Rules>
 ConversionResult ConvertAll(PlaceOf<Rules>& at, const PlaceOf<Rules>& end, ConversionFlags flags) {
   ConversionResult noted = conversionOK;
   for (;;) {
-    at = ConvertClean<Rules>(at, {CleanEnd<Rules>(at.source, end.source), end.target});
+    const auto* const before = at.source;
+    const auto* const cleanEnd = CleanEnd<Rules>(before, end.source);
+    at = ConvertClean<Rules>(at, {cleanEnd, end.target});
     if (at.source >= end.source) return noted;
+    if (at.source == cleanEnd && at.source != before) continue;  // clean text goes on behind there
     if (const Stop stop = Rules::Step(at, end, flags == strictConversion, noted)) return *stop;
   }
 }
@@ -115,8 +118,8 @@ template <class Rules>
                                                 typename Rules::To::Unit** targetStart,
                                                 typename Rules::To::Unit* targetEnd,
                                                 ConversionFlags flags) {
-  const PlaceOf<Rules> at = Rules::ConvertShortText(
-      {*sourceStart, *targetStart}, {CleanEnd<Rules>(*sourceStart, sourceEnd), targetEnd});
+  const PlaceOf<Rules> at =
+      Rules::ConvertShortText({*sourceStart, *targetStart}, {sourceEnd, targetEnd});
   *sourceStart = at.source;
   *targetStart = at.target;
   if (at.source >= sourceEnd) return conversionOK;
@@ -130,9 +133,9 @@ inline ConversionResult Convert(const typename Rules::From::Unit** sourceStart,
                                 const typename Rules::From::Unit* sourceEnd,
                                 typename Rules::To::Unit** targetStart,
                                 typename Rules::To::Unit* targetEnd, ConversionFlags flags) {
-  const auto* const cleanEnd = CleanEnd<Rules>(*sourceStart, sourceEnd);
-  if (cleanEnd - *sourceStart <= Rules::kShortText)
+  if (sourceEnd - *sourceStart <= Rules::kShortText)
     return ConvertShort<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+  const auto* const cleanEnd = CleanEnd<Rules>(*sourceStart, sourceEnd);
   const PlaceOf<Rules> at =
       ConvertAscii<Rules>({*sourceStart, *targetStart}, {cleanEnd, targetEnd});
   *sourceStart = at.source;

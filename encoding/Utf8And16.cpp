@@ -310,25 +310,54 @@ bool EncodeBulk(Encoding& at, const Encoding& end) {
   return true;
 }
 
+// A unit of the Basic Multilingual Plane that is no surrogate takes so many bytes.
+inline std::ptrdiff_t BytesOfBmp(unsigned unit) {
+  return 1 + (unit >= 0x80 ? 1 : 0) + (unit >= 0x800 ? 1 : 0);
+}
+
+// One character from the surrogate at `at`.
+Stop EncodePair(Encoding& at, const Encoding& end) {
+  const unsigned high = at.source[0];
+  const unsigned low = end.source - at.source >= 2 ? at.source[1] : 0;
+  if (!IsHighSurrogate(high) || !IsLowSurrogate(low)) return Stop::kMalformed;
+  if (end.target - at.target < 4) return Stop::kTargetFull;
+  PutUtf8(JoinSurrogates(high, low), at.target);
+  at.target += 4;
+  at.source += 2;
+  return Stop::kSourceEnd;
+}
+
+// Character by character to the end of the source or of the target, or to a malformed sequence.
 Stop EncodeTail(Encoding& at, const Encoding& end) {
   while (at.source != end.source) {
-    unsigned code = at.source[0];
-    if (IsSurrogate(code)) {
-      const unsigned next = end.source - at.source >= 2 ? at.source[1] : 0;
-      if (!IsHighSurrogate(code) || !IsLowSurrogate(next)) return Stop::kMalformed;
-      code = JoinSurrogates(code, next);
+    const unsigned unit = *at.source;
+    if (IsSurrogate(unit)) {
+      if (const Stop stop = EncodePair(at, end); stop != Stop::kSourceEnd) return stop;
+      continue;
     }
-    if (end.target - at.target < Utf8Length(code)) return Stop::kTargetFull;
-    PutUtf8(code, at.target);
-    at.target += Utf8Length(code);
-    at.source += code > kLastOfBmp ? 2 : 1;
+    if (end.target - at.target < BytesOfBmp(unit)) return Stop::kTargetFull;
+    if (unit < 0x80) {
+      *at.target++ = static_cast<Byte>(unit);
+      ++at.source;
+    } else {
+      EncodeBeyondAscii(at.source, at.target);
+    }
   }
   return Stop::kSourceEnd;
 }
 
+// Short texts have one try of blocks: letters of one script in a row.
+bool EncodeShort(Encoding& at, const Encoding& end) {
+  if (end.source - at.source >= 8 && *at.source >= 0x80 && CanShuffle()) {
+    at =
+        *at.source < 0x800 ? EncodeShortBlocks<Codec>(at, end) : EncodeTripleBlocks<Codec>(at, end);
+  }
+  return EncodeSingly<false>(at, end, end.source);
+}
+
 Stop Encode(Encoding& at, const Encoding& end) {
   const bool isShort = end.source - at.source < kShortest;
-  const bool sound = isShort ? EncodeSingly<false>(at, end, end.source) : EncodeBulk(at, end);
+  const bool sound = isShort ? EncodeShort(at, end) : EncodeBulk(at, end);
   return sound ? EncodeTail(at, end) : Stop::kMalformed;
 }
 

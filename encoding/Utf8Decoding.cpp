@@ -9,6 +9,9 @@ namespace MCMEM_NAMESPACE {
 namespace {
 
 // ---- Clean characters, one at a time. There is room for one unit. ----
+//
+// A byte is read only when the one before it is no zero: the stated end may lie behind the zero
+// that ends the text.
 
 template <class To>
 inline bool TakeTwo(Utf8Place<To>& at, const Utf8Place<To>& end) {
@@ -23,8 +26,8 @@ inline bool TakeTwo(Utf8Place<To>& at, const Utf8Place<To>& end) {
 template <class To>
 inline bool TakeThree(Utf8Place<To>& at, const Utf8Place<To>& end) {
   if (end.source - at.source < 3) return false;
+  if (!IsTrailByte(at.source[1]) || !IsTrailByte(at.source[2])) return false;
   const unsigned int b0 = at.source[0], b1 = at.source[1], b2 = at.source[2];
-  if (!IsTrailByte(b1) || !IsTrailByte(b2)) return false;
   const unsigned int value = (b0 & 0x0F) << 12 | (b1 & 0x3F) << 6 | (b2 & 0x3F);
   if (value < 0x800 || IsSurrogate(value)) return false;
   *at.target++ = To::Make(value);
@@ -35,6 +38,7 @@ inline bool TakeThree(Utf8Place<To>& at, const Utf8Place<To>& end) {
 template <class To>
 inline bool TakeFour(Utf8Place<To>& at, const Utf8Place<To>& end) {
   if (end.source - at.source < 4 || end.target - at.target < To::kSupplementaryUnits) return false;
+  if (!IsTrailByte(at.source[1]) || !IsTrailByte(at.source[2])) return false;
   unsigned int bytes;
   std::memcpy(&bytes, at.source, 4);  // the lead byte is the lowest
   if ((bytes & 0xC0C0C0F8) != 0x808080F0) return false;
@@ -60,9 +64,11 @@ struct Utf8Rules {
 
   static At ConvertShortText(At at, const At& end) {
     if (end.source - at.source >= kShortestPairTail && *at.source < 0xE0) {
-      if (*at.source < 0x80) at = ConvertAscii<Utf8Rules>(at, end);
+      const At cleanEnd = {CleanEnd<Utf8Rules>(at.source, end.source), end.target};
+      if (*at.source < 0x80) at = ConvertAscii<Utf8Rules>(at, cleanEnd);
       if (at.source == end.source) return at;
-      if (CanShuffle()) at = ConvertPairTail<To, kStopAtZero>(at, end);
+      if (CanShuffle() && cleanEnd.source - at.source >= kShortestPairTail)
+        at = ConvertPairTail<To, kStopAtZero>(at, cleanEnd);
     }
     return TakeSingly<Utf8Rules>(at, end);
   }
