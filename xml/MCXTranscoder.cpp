@@ -25,8 +25,15 @@ constexpr XMLSize_t kTranscoderBlock = 4000;   // size hint for the transcoding 
 constexpr XMLCh kLineFeedUnit[] = {u'\n', 0};  // see IsComplete()
 constexpr char kLineFeedByte[] = "\n";
 
+// No encoding has another. ICU would write such a name beyond the end of an array: it makes room
+// for its characters and not for what they take in the code page of the process.
+bool IsAscii(const char* name) {
+  while (*name != 0 && static_cast<unsigned char>(*name) < 0x80) ++name;
+  return *name == 0;
+}
+
 std::unique_ptr<XMLTranscoder> MakeTranscoder(const char* encoding) {
-  if (!XMLPlatformUtils::fgTransService) return nullptr;
+  if (!XMLPlatformUtils::fgTransService || !IsAscii(encoding)) return nullptr;
   XMLTransService::Codes code = XMLTransService::Ok;
   std::unique_ptr<XMLTranscoder> transcoder;
   try {

@@ -15,11 +15,11 @@ namespace MCXPrsUtil {
 /// library.
 ///
 /// A conversion gives the whole text or nothing: any error (malformed input, a sequence that is cut
-/// off, a character that the encoding lacks) yields the empty result. The exception are encodings
-/// with shift states, such as UTF-7 and ISO-2022-JP: the XML library never tells their converters
-/// that the text has ended, so that TranscodeTo() may lack the last bytes, and TranscodeFrom() may
-/// drop a sequence that is cut off at the end. Each conversion starts in the initial state of the
-/// encoding, whatever the one before it left behind.
+/// off, a character that the encoding lacks, memory shortage on the way) yields the empty result.
+/// The exception are encodings with shift states, such as UTF-7 and ISO-2022-JP: the XML library
+/// never tells their converters that the text has ended, so that TranscodeTo() may lack the last
+/// bytes, and TranscodeFrom() may drop a sequence that is cut off at the end. Each conversion starts
+/// in the initial state of the encoding, whatever the one before it left behind.
 ///
 /// The XML platform must be initialised (for example by a living MCXMLReadWrite): an object made
 /// before that is not valid. Do not call one object from two threads at once.
@@ -28,7 +28,8 @@ class MCXPRSUTIL_EXPORT MCXTranscoder {
   /// Looks the encoding up in the transcoding service.
   ///
   /// @param encoding name of the encoding, zero-terminated, borrowed for the call; null means
-  ///        "UTF-8". A name that the service does not know leaves the object not valid.
+  ///        "UTF-8". A name that the service does not know, or that is not all ASCII, leaves the
+  ///        object not valid.
   explicit MCXTranscoder(const char* encoding);
   ~MCXTranscoder();
 

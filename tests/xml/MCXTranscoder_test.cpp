@@ -66,6 +66,14 @@ TEST(MCXTranscoder, UnknownEncodingIsNotValidAndConvertsToNothing) {
   }
 }
 
+// The long one would overflow an array of ICU's where the code page of the process is UTF-8.
+TEST(MCXTranscoder, NameThatIsNotAsciiIsNotValid) {
+  MCXMLReadWrite platform;
+  EXPECT_FALSE(MCXTranscoder("UTF-8\xC3\xA9").isValid());
+  EXPECT_FALSE(MCXTranscoder(std::string(59, '\xE6').c_str()).isValid());
+  EXPECT_FALSE(MCXTranscoder(std::string(5'000, 'x').c_str()).isValid());
+}
+
 TEST(MCXTranscoder, IsNotValidBeforeThePlatformIsUp) {
   const MCXTranscoder transcoder(nullptr);
   EXPECT_FALSE(transcoder.isValid());
