@@ -1,6 +1,7 @@
 #include "combiner/DirectCopy.h"
 
 #include <algorithm>
+#include <memory>
 #include <vector>
 #include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/dom/DOMCDATASection.hpp>
@@ -84,6 +85,25 @@ DOMNode* CopyOne(DOMDocument& target, const DOMNode& source, bool deep, CopyNote
   }
 }
 
+// Releases a tree from the leaves up.
+void TakeApart(DOMNode* root) {
+  DOMNode* node = root;
+  while (node != nullptr) {
+    if (node->getNodeType() == DOMNode::ELEMENT_NODE && node->getFirstChild() != nullptr) {
+      node = node->getFirstChild();
+      continue;
+    }
+    DOMNode* parent = node == root ? nullptr : node->getParentNode();
+    if (parent != nullptr) parent->removeChild(node);
+    node->release();
+    node = parent;
+  }
+}
+
+struct TreeRelease {
+  void operator()(DOMNode* node) const { ReleaseTree(node); }
+};
+
 DOMNode* AppendOrThrow(DOMNode& parent, DOMNode* child) {
   XercesPtr<DOMNode> owned(child);
   parent.appendChild(child);
@@ -121,13 +141,22 @@ DOMNode* CopyNode(DOMDocument& target, const DOMNode& source, bool deep, CopyNot
   CopyNotes unheard;
   CopyNotes& heard = notes == nullptr ? unheard : *notes;
   try {
-    XercesPtr<DOMNode> copy(CopyOne(target, source, deep, heard));
+    std::unique_ptr<DOMNode, TreeRelease> copy(CopyOne(target, source, deep, heard));
     if (deep && source.getNodeType() == DOMNode::ELEMENT_NODE) {
       CopyDescendants(target, source, *copy, heard);
     }
     return copy.release();
   } catch (const DOMException&) {
     return nullptr;
+  }
+}
+
+// Xerces notes released nodes for reuse, and throws when it has no memory for the note.
+void ReleaseTree(DOMNode* node) noexcept {
+  try {
+    TakeApart(node);
+  } catch (...) {
+    // What is left of the tree goes with its document.
   }
 }
 

@@ -31,6 +31,11 @@ XERCES_CPP_NAMESPACE::DOMNode* CopyNode(XERCES_CPP_NAMESPACE::DOMDocument& targe
                                         const XERCES_CPP_NAMESPACE::DOMNode& source, bool deep,
                                         CopyNotes* notes = nullptr);
 
+// Releases a node that stands nowhere, with all below it. `node->release()` does the same, but
+// calls itself for every level, and may throw. Where memory is short, a part may stay with the
+// document, in no place of it.
+void ReleaseTree(XERCES_CPP_NAMESPACE::DOMNode* node) noexcept;
+
 }  // namespace MCXPrsUtil
 
 #endif  // MCXPRSUTIL_COMBINER_DIRECTCOPY_H

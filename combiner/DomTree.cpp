@@ -4,6 +4,7 @@
 #include <xercesc/dom/DOMNode.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include "combiner/DirectCopy.h"
 #include "mcxprsutil/MCXDOMHelpers.h"
 #include "xml/AttributeText.h"
 
@@ -61,7 +62,7 @@ DOMNode* AppendOrRelease(DOMNode& parent, DOMNode* child) {
   try {
     return parent.appendChild(child);
   } catch (const DOMException&) {
-    child->release();
+    ReleaseTree(child);
     return nullptr;
   }
 }

@@ -50,6 +50,38 @@ void CompareVersions(const DOMElement& pmml, const DOMElement* combined, MergeFi
   if (here != first) findings.VersionDiffers(here, first);
 }
 
+// A merge finds fields within fields and values within values at any depth, and copies each with
+// all that it holds: where they are nested, what is recorded and copied grows with their number
+// times the levels. No dictionary has reason to nest them at all.
+constexpr int kDeepestField = 16;
+
+bool IsFieldOrValue(const DOMNode& node) {
+  const DOMElement* element = AsElement(node, nullptr);
+  return element != nullptr && (TagNameEquals(*element, MCPMMLTags::XML_ELE_DATAFIELD.c_str()) ||
+                                TagNameEquals(*element, MCPMMLTags::XML_ELE_VALUE.c_str()));
+}
+
+// True if more than kDeepestField of the "DataField" and "Value" elements below `root` are nested.
+bool NestsFields(const DOMNode& root) {
+  int level = 0;
+  for (const DOMNode* node = root.getFirstChild(); node != nullptr;) {
+    level += IsFieldOrValue(*node);
+    if (level > kDeepestField) return true;
+    if (node->getFirstChild() != nullptr) {
+      node = node->getFirstChild();
+      continue;
+    }
+    while (node != &root && node->getNextSibling() == nullptr) {
+      level -= IsFieldOrValue(*node);
+      node = node->getParentNode();
+    }
+    if (node == &root) return false;
+    level -= IsFieldOrValue(*node);
+    node = node->getNextSibling();
+  }
+  return false;
+}
+
 // Copied names take their prefixes along, but not what these stand for.
 void CompareNamespaces(const DOMElement& pmml, const DOMElement* combined,
                        MergeFindings& findings) {
@@ -102,9 +134,17 @@ MCStatus MCXSplitPMMLCombiner::ReadModelFile(const std::string& path, MCXMLReadW
     state_->findings.KeptOut("it cannot be read" + InBrackets(reader.GetXercesMessage()));
     return status;
   }
-  if (reader.IsWellFormed()) return status;
-  state_->findings.KeptOut("it is not well-formed XML" + InBrackets(reader.GetParseError()));
-  return Failure(kParseFailed);
+  if (!reader.IsWellFormed()) {
+    state_->findings.KeptOut("it is not well-formed XML" + InBrackets(reader.GetParseError()));
+    return Failure(kParseFailed);
+  }
+  const DOMElement* dictionary = GetDataDict(GetPMML(reader.GetDocument()));
+  if (dictionary != nullptr && NestsFields(*dictionary)) {
+    state_->findings.KeptOut("its DataDictionary nests DataField and Value elements deeper than " +
+                             std::to_string(kDeepestField) + " levels");
+    return Failure(kParseFailed);
+  }
+  return status;
 }
 
 MCStatus MCXSplitPMMLCombiner::ParseSplitModelXML(DOMDocument* src, const MCXMLReadWrite&,

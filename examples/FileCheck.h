@@ -6,7 +6,7 @@
 
 namespace examples {
 
-// A clause without a full stop; empty when the file can be opened for reading.
+// A clause without a full stop; empty when the file can be opened and its first bytes can be read.
 std::string WhyNotReadable(const std::string& file);
 
 }  // namespace examples

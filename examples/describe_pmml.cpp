@@ -16,6 +16,7 @@
 #include "DescriptionJson.h"
 #include "DescriptionTable.h"
 #include "Terminal.h"
+#include "mcxprsutil/MCXParsePolicy.h"
 
 namespace {
 
@@ -26,6 +27,7 @@ struct Arguments {
   std::vector<std::string> files;
   std::vector<std::string> fieldLists;
   bool json = false;
+  bool hardened = false;
   examples::DescribeOptions describe;
   examples::TableOptions table;
 };
@@ -35,6 +37,8 @@ void Declare(CLI::App& app, Arguments& arguments) {
                  "PMML documents, data models or build settings; - reads standard input")
       ->required();
   app.add_flag("--json", arguments.json, "Print JSON for programs instead of tables");
+  app.add_flag("--hardened", arguments.hardened,
+               "Refuse documents that reach outside of themselves or are made to exhaust");
   app.add_flag("--bins", arguments.describe.bins,
                "Show the bins that the transformation dictionary declares");
   app.add_flag("!--no-statistics", arguments.describe.statistics,
@@ -108,6 +112,9 @@ int Main(int argc, char** argv) {
   }
   auto& fields = arguments.describe.fields;
   fields.insert(fields.end(), arguments.fieldLists.begin(), arguments.fieldLists.end());
+  if (arguments.hardened) {
+    MCXPrsUtil::MCXParsePolicy::SetForProcess(MCXPrsUtil::MCXParsePolicy::Hardened());
+  }
   return Run(arguments);
 }
 

@@ -3,13 +3,15 @@
 #include <utility>
 #include <xercesc/dom/DOMException.hpp>
 #include <xercesc/sax/SAXException.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include "mcxprsutil/MCXInputSource.h"
+#include "mcxprsutil/MCXParsePolicy.h"
 #include "mcxprsutil/MCXTranscoder.h"
 #include "xml/ParseErrorRecorder.h"
+#include "xml/ParseRefusal.h"
+#include "xml/Platform.h"
 #include "xml/StatusCodes.h"
 
 namespace MCXPrsUtil {
@@ -19,23 +21,16 @@ using MCCommon::MCStatus;
 using XERCES_CPP_NAMESPACE::DOMDocument;
 using XERCES_CPP_NAMESPACE::DOMException;
 using XERCES_CPP_NAMESPACE::SAXException;
-using XERCES_CPP_NAMESPACE::XercesDOMParser;
 using XERCES_CPP_NAMESPACE::XMLException;
-using XERCES_CPP_NAMESPACE::XMLPlatformUtils;
 using XERCES_CPP_NAMESPACE::XMLString;
 
-std::unique_ptr<XercesDOMParser> MakeParser() {
-  return std::unique_ptr<XercesDOMParser>(
-      new XercesDOMParser(nullptr, XMLPlatformUtils::fgMemoryManager, nullptr));
-}
-
 // The exception wall of every parse. Returns whether the parser came to an end of its own.
-bool RunParser(XercesDOMParser& parser, std::istream& in, ParsedDocument& result) {
+bool RunParser(DocumentParser& parser, std::istream& in, ParsedDocument& result) {
   ParseErrorRecorder recorder;
   parser.setErrorHandler(&recorder);
   try {
     const MCXInputSource source(in);
-    parser.parse(source);
+    parser.ParseSource(source);
   } catch (const XMLException& e) {
     result.message = ToUTF8(e.getMessage());
     return false;
@@ -44,6 +39,9 @@ bool RunParser(XercesDOMParser& parser, std::istream& in, ParsedDocument& result
     return false;
   } catch (const DOMException& e) {
     result.message = ToUTF8(e.getMessage());
+    return false;
+  } catch (const ParseRefusal& refusal) {
+    result.message = refusal.GetText();
     return false;
   }
   parser.setErrorHandler(nullptr);
@@ -62,10 +60,10 @@ bool LeavesParserAsNew(const ParsedDocument& parsed) {
 
 }  // namespace
 
-std::unique_ptr<XercesDOMParser> StartParser() noexcept {
+std::unique_ptr<DocumentParser> StartParser() noexcept {
   try {
-    XMLPlatformUtils::Initialize();
-    return MakeParser();
+    StartPlatform();
+    return std::make_unique<DocumentParser>();
   } catch (...) {
     return nullptr;
   }
@@ -73,11 +71,14 @@ std::unique_ptr<XercesDOMParser> StartParser() noexcept {
 
 // The parser is a local while it works: an exception may leave it in the middle of things, where it
 // would refuse the next parse.
-ParsedDocument ParseDocument(std::unique_ptr<XercesDOMParser>& parser, std::istream& in) {
+ParsedDocument ParseDocument(std::unique_ptr<DocumentParser>& parser, std::istream& in) {
   ParsedDocument result;
-  std::unique_ptr<XercesDOMParser> worker = std::move(parser);
+  const MCXParsePolicy policy = MCXParsePolicy::GetForProcess();
+  const bool is_limited = policy != MCXParsePolicy();
+  std::unique_ptr<DocumentParser> worker;
+  if (!is_limited) worker = std::move(parser);
   try {
-    if (worker == nullptr) worker = MakeParser();
+    if (worker == nullptr) worker = MakeDocumentParser(policy);
   } catch (const XMLException&) {
     result.status = Failure(kPlatformFailed);
     return result;
@@ -88,7 +89,7 @@ ParsedDocument ParseDocument(std::unique_ptr<XercesDOMParser>& parser, std::istr
   // Taken from the parser, which would otherwise hoard every document that it parses.
   result.document.reset(worker->adoptDocument());
   if (result.document != nullptr) result.status = MCStatus();
-  if (LeavesParserAsNew(result)) parser = std::move(worker);
+  if (!is_limited && LeavesParserAsNew(result)) parser = std::move(worker);
   return result;
 }
 

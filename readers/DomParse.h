@@ -6,9 +6,9 @@
 #include <memory>
 #include <string>
 #include <xercesc/dom/DOMDocument.hpp>
-#include <xercesc/parsers/XercesDOMParser.hpp>
 
 #include "mccommon/MCStatus.h"
+#include "xml/DocumentParser.h"
 #include "xml/XercesPtr.h"
 
 namespace MCXPrsUtil {
@@ -17,16 +17,16 @@ namespace MCXPrsUtil {
 //
 // Returns null if either fails. The platform must then not be terminated by the caller: nobody can
 // tell how far its start came.
-std::unique_ptr<XERCES_CPP_NAMESPACE::XercesDOMParser> StartParser() noexcept;
+std::unique_ptr<DocumentParser> StartParser() noexcept;
 
 struct ParsedDocument {
   // OK: there is a document, well-formed or not. 103: no parser could be created. 104: the parser
-  // threw an exception of the XML library, or gave no document.
+  // threw an exception of the XML library, refused the document, or gave none.
   MCCommon::MCStatus status;
   // False after an exception as well.
   bool well_formed = false;
   // Why the document is not well-formed, in UTF-8: "line L, column C: text", or what the exception
-  // says. Empty for a well-formed document.
+  // or the refusal says. Empty for a well-formed document.
   std::string message;
   // Perhaps without a document element, if it is not well-formed. The parser keeps no hold on it;
   // it must be gone before the platform is terminated.
@@ -37,9 +37,9 @@ struct ParsedDocument {
 // its report of a lack of memory.
 //
 // `parser` keeps its object only after a parse that leaves it as new: after any other one it is
-// null, and the next call makes a new one. The platform must be up.
-ParsedDocument ParseDocument(std::unique_ptr<XERCES_CPP_NAMESPACE::XercesDOMParser>& parser,
-                             std::istream& in);
+// null, and the next call makes a new one. While a parse policy is in force each parse has a parser
+// of its own, which keeps to it, and `parser` is left alone. The platform must be up.
+ParsedDocument ParseDocument(std::unique_ptr<DocumentParser>& parser, std::istream& in);
 
 }  // namespace MCXPrsUtil
 

@@ -2,15 +2,18 @@
 
 #include <utility>
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/parsers/XercesDOMParser.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
 #include "mcxprsutil/MCXInputSource.h"
+#include "mcxprsutil/MCXParsePolicy.h"
 #include "mcxprsutil/MCXTranscoder.h"
+#include "xml/DocumentParser.h"
 #include "xml/FileFormatTarget.h"
 #include "xml/ParseErrorRecorder.h"
+#include "xml/ParseRefusal.h"
+#include "xml/Platform.h"
 #include "xml/StatusCodes.h"
 #include "xml/XercesPtr.h"
 
@@ -23,20 +26,19 @@ using XERCES_CPP_NAMESPACE::DOMImplementation;
 using XERCES_CPP_NAMESPACE::DOMImplementationRegistry;
 using XERCES_CPP_NAMESPACE::DOMLSOutput;
 using XERCES_CPP_NAMESPACE::DOMLSSerializer;
-using XERCES_CPP_NAMESPACE::XercesDOMParser;
 using XERCES_CPP_NAMESPACE::XMLException;
 using XERCES_CPP_NAMESPACE::XMLPlatformUtils;
 using XERCES_CPP_NAMESPACE::XMLUni;
 
 namespace {
 
-void Parse(XercesDOMParser& parser, const char* fileName, std::istream* in) {
+void Parse(DocumentParser& parser, const char* fileName, std::istream* in) {
   if (fileName) {
-    parser.parse(fileName);
+    parser.ParseFile(fileName);
     return;
   }
   const MCXInputSource source(*in);
-  parser.parse(source);
+  parser.ParseSource(source);
 }
 
 DOMImplementation* GetLoadSaveImplementation() {
@@ -77,7 +79,7 @@ MCStatus Serialise(DOMImplementation& implementation, DOMLSSerializer& serialize
 
 MCXMLReadWrite::MCXMLReadWrite() {
   try {
-    XMLPlatformUtils::Initialize(XMLUni::fgXercescDefaultLocale, nullptr, nullptr, nullptr);
+    StartPlatform();
   } catch (const XMLException&) {
     init_status_ = Failure(kPlatformFailed);
   }
@@ -86,7 +88,7 @@ MCXMLReadWrite::MCXMLReadWrite() {
 MCXMLReadWrite::~MCXMLReadWrite() {
   if (!init_status_.IsOK()) return;
   parser_.reset();  // before the platform goes: the document lives in its memory
-  XMLPlatformUtils::Terminate();
+  StopPlatform();
 }
 
 MCStatus MCXMLReadWrite::GetInitStatus() const { return init_status_; }
@@ -111,9 +113,9 @@ MCStatus MCXMLReadWrite::ParseToDOM(const char* fileName, std::istream* in) {
   if (!fileName && !in) return Failure(kParseFailed);
 
   ParseErrorRecorder recorder;  // outlives the parse; the parser that is kept forgets it
-  std::unique_ptr<XercesDOMParser> parser;
+  std::unique_ptr<DocumentParser> parser;
   try {
-    parser.reset(new XercesDOMParser(nullptr, XMLPlatformUtils::fgMemoryManager, nullptr));
+    parser = MakeDocumentParser(MCXParsePolicy::GetForProcess());
     parser->setErrorHandler(&recorder);
   } catch (const XMLException&) {
     return Failure(kPlatformFailed);
@@ -122,6 +124,10 @@ MCStatus MCXMLReadWrite::ParseToDOM(const char* fileName, std::istream* in) {
     Parse(*parser, fileName, in);
   } catch (const XMLException& e) {
     xerces_message_ = ToUTF8(e.getMessage());
+    parse_error_ = recorder.GetText();
+    return Failure(kParseFailed);
+  } catch (const ParseRefusal& refusal) {
+    xerces_message_ = refusal.GetText();
     parse_error_ = recorder.GetText();
     return Failure(kParseFailed);
   }

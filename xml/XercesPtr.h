@@ -9,10 +9,16 @@
 
 namespace MCXPrsUtil {
 
+// Xerces notes a released node for reuse, and throws when it has no memory for the note. Nothing is
+// lost then: the node goes with its document.
 struct XercesRelease {
   template <class T>
-  void operator()(T* object) const {
-    object->release();
+  void operator()(T* object) const noexcept {
+    try {
+      object->release();
+    } catch (...) {
+      // Out of memory; an exception out of a destructor would end the process.
+    }
   }
 };
 

@@ -39,14 +39,16 @@ class MCDataModelParserImp;
 /// Names are compared exactly, prefixes included; elements and attributes other than those shown
 /// are ignored, and so is every "Fields" but the first. The document is not validated.
 ///
+/// Memory shortage passes out of FillVarList() as `std::bad_alloc` or the XML library's
+/// OutOfMemoryException, and the reader can be used again.
+///
 /// Every status has the flag false. The reader keeps the status of its last parse, and
 /// FillVarList() begins with a copy of it: after a failed parse it fails with that parse's code.
 /// FillVarList() does not change the stored status.
 ///
 /// The reader owns the document: a new parse and the destructor destroy every node of it. Do not
-/// call one reader from two threads at once; several readers may live at once, but while one is
-/// being constructed or destroyed no other thread may construct or destroy an object that starts or
-/// stops the XML platform.
+/// call one reader from two threads at once; several readers may live at once, made and destroyed
+/// on any thread (see MCXMLReadWrite).
 class MCXPRSUTIL_EXPORT MCDataModelParser {
  public:
   /// Starts the XML platform, which counts its users, and creates the parser with its default

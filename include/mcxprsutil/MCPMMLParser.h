@@ -18,10 +18,11 @@
 XERCES_CPP_NAMESPACE_BEGIN
 class DOMDocument;
 class DOMElement;
-class XercesDOMParser;
 XERCES_CPP_NAMESPACE_END
 
 namespace MCXPrsUtil {
+
+class DocumentParser;
 
 /// Reads PMML documents (Data Mining Group) and keeps the one read last.
 ///
@@ -31,16 +32,18 @@ namespace MCXPrsUtil {
 ///
 /// The parser has the defaults of Xerces: entities are expanded, and external ones are fetched and
 /// expanded too, so a document can name other files and can grow far beyond its size. Read
-/// documents from sources that you trust.
+/// documents from sources that you trust, or set an MCXParsePolicy first.
 ///
 /// Every status has the flag false. The reader keeps the status of its last parse; FillUniStats()
 /// and FillVarList() begin with a copy of it and so fail with the code of a failed parse. What is
 /// handed an element does not look at it. No other operation changes the stored status.
 ///
+/// Memory shortage passes as `std::bad_alloc` or the XML library's OutOfMemoryException out of
+/// every operation but the construction, and the reader can be used again.
+///
 /// The reader owns the document: a new parse and the destructor destroy every node of it. Do not
-/// call one reader from two threads at once; several readers may live at once, but while one is
-/// being constructed or destroyed no other thread may construct or destroy an object that starts or
-/// stops the XML platform.
+/// call one reader from two threads at once; several readers may live at once, made and destroyed
+/// on any thread (see MCXMLReadWrite).
 class MCXPRSUTIL_EXPORT MCPMMLParser {
  public:
   /// Starts the XML platform, which counts its users, and creates the parser with its default
@@ -66,7 +69,9 @@ class MCXPRSUTIL_EXPORT MCPMMLParser {
   /// @return OK;
   ///         103 if the construction had failed, or no parser could be created;
   ///         104 if the document is malformed, if the parser threw an exception of the XML library
-  ///             (see GetXercesMessage()), or if it gave no document;
+  ///             (see GetXercesMessage()), if it gave no document, if the MCXParsePolicy of the
+  ///             process does not allow the document, or if an entity holds elements that are
+  ///             nested deeper than the stack allows (see MCXMLReadWrite::ParseToDOM());
   ///         105 if the document element is not named "PMML";
   ///         106 if it has no child "DataDictionary".
   ///         The result is stored as well. On failure no document is held.
@@ -86,9 +91,9 @@ class MCXPRSUTIL_EXPORT MCPMMLParser {
   /// @return false, with nothing changed, if the status is not OK or no document is held.
   bool SetModelElmt(const XERCES_CPP_NAMESPACE::DOMElement& model);
 
-  /// Why the last parse gave 104, in UTF-8: "line L, column C: text" for a malformed document, or
-  /// the message of the exception. Empty otherwise, and also after a 104 that a passing exception
-  /// left behind or that stands for "no document".
+  /// Why the last parse gave 104, in UTF-8: "line L, column C: text" for a malformed document, the
+  /// message of the exception, or the limit that the document goes beyond. Empty otherwise, and
+  /// also after a 104 that a passing exception left behind or that stands for "no document".
   std::string GetXercesMessage() const;
 
   /// Reads an "Interval" of PMML: its margins, and whether the left one is excluded.
@@ -273,7 +278,7 @@ class MCXPRSUTIL_EXPORT MCPMMLParser {
   MCCommon::MCStatus status_;  ///< Of the construction, then of the last parse.
   /// Null if the construction failed, during a parse, and after one that did not leave it as new
   /// (malformed, thrown out of, or XML 1.1): the next parse makes another.
-  std::unique_ptr<XERCES_CPP_NAMESPACE::XercesDOMParser> parser_;
+  std::unique_ptr<DocumentParser> parser_;
   std::string xerces_message_;  ///< See GetXercesMessage().
   /// Shared, so that a derived reader can keep a document beyond the next parse; every owner must
   /// be gone before this class's destructor runs.

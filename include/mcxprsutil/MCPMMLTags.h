@@ -6,7 +6,7 @@
 /// name, XML_VAL_ an attribute value or a text. They follow the PMML versions 3.2 to 4.3 of the
 /// Data Mining Group. Several names share a text, and the order of the constants is the order in
 /// which they are initialised; a constant is ready before any object of the library's classes that
-/// another library or a program defines.
+/// another library or a program defines. All threads may read them.
 #ifndef MCXPRSUTIL_MCPMMLTAGS_H
 #define MCXPRSUTIL_MCPMMLTAGS_H
 

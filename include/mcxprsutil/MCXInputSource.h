@@ -18,10 +18,11 @@ namespace MCXPrsUtil {
 /// "istream"; relative system identifiers inside the document resolve against the working
 /// directory.
 ///
-/// A stream that ends early, or goes bad, is the end of the document to the parser. A stream that
-/// is set to throw (`std::ios::exceptions`) throws through the parser to the caller of the parse,
-/// unless what was read before is malformed already: then the parse ends with that, and the
-/// exception may stay unthrown.
+/// A stream that ends early, or goes bad, is the end of the document to the parser; of what was
+/// being fetched when it went bad, up to 48 KiB, nothing is seen. A stream that is set to throw
+/// (`std::ios::exceptions`) throws through the parser to the caller of the parse, unless what was
+/// read before is malformed already: then the parse ends with that, and the exception may stay
+/// unthrown.
 ///
 /// The XML platform must be initialised (for example by a living MCXMLReadWrite) before a source is
 /// made and as long as it lives. Do not use one source on two threads at once.

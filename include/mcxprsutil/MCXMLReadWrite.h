@@ -13,10 +13,11 @@
 
 XERCES_CPP_NAMESPACE_BEGIN
 class DOMDocument;
-class XercesDOMParser;
 XERCES_CPP_NAMESPACE_END
 
 namespace MCXPrsUtil {
+
+class DocumentParser;
 
 /// Owns one parsed XML document, and keeps the XML platform initialised while it lives.
 ///
@@ -25,15 +26,17 @@ namespace MCXPrsUtil {
 /// nest and coexist: the XML library counts its initialisations.
 ///
 /// Parsing uses the defaults of Xerces's DOM parser: no validation, no namespaces, and entities
-/// are expanded, external ones included. Do not hand it documents from a source that you do not
-/// trust.
+/// are expanded, external ones included. A process that reads documents from a source that it does
+/// not trust sets an MCXParsePolicy first.
 ///
-/// Do not call one object from two threads at once. The XML library does not support that objects
-/// are constructed or destroyed on several threads at the same time.
+/// Do not call one object from two threads at once. Objects of this library may be made and
+/// destroyed on any thread; an application that starts or stops the XML platform itself
+/// (`XMLPlatformUtils::Initialize`) must not do so meanwhile.
 class MCXPRSUTIL_EXPORT MCXMLReadWrite {
  public:
   /// Initialises the XML platform. An XMLException becomes the status that GetInitStatus() tells;
-  /// any other exception leaves the constructor.
+  /// any other exception leaves the constructor. Where memory runs out while the platform starts
+  /// for the first time, the XML library ends the process, or is of no use in it any more.
   MCXMLReadWrite();
 
   /// Destroys the document and terminates the platform, if it was initialised.
@@ -56,9 +59,10 @@ class MCXPRSUTIL_EXPORT MCXMLReadWrite {
   /// Why the last parse or write failed, in UTF-8; empty when it succeeded or when there is
   /// nothing to tell.
   ///
-  /// For a parse: the parser's first fatal error as "line L, column C: text", or the message of
-  /// the exception that ended it. For a write: the message of the exception. Malformed XML that
-  /// still gave a document is no failure here: see IsWellFormed().
+  /// For a parse: the parser's first fatal error as "line L, column C: text", the message of the
+  /// exception that ended it, or the limit of the MCXParsePolicy that the document goes beyond. For
+  /// a write: the message of the exception. Malformed XML that still gave a document is no failure
+  /// here: see IsWellFormed().
   std::string GetXercesMessage() const;
 
   /// Reads a document from a file.
@@ -75,8 +79,11 @@ class MCXPRSUTIL_EXPORT MCXMLReadWrite {
   /// @param fileName path or system identifier of the file; never XML text.
   /// @return OK;
   ///         103 if the platform is not up, or no parser could be made;
-  ///         104 if there is no such file, the parser ended with an XMLException, or it left no
-  ///             document; GetXercesMessage() has the reason.
+  ///         104 if there is no such file, the parser ended with an XMLException, it left no
+  ///             document, the MCXParsePolicy of the process does not allow the document, or an
+  ///             entity holds elements that are nested deeper than the stack of the thread allows
+  ///             (8 MiB do for some 30000 levels; elements outside of entities may be nested as
+  ///             deep as memory allows); GetXercesMessage() has the reason.
   MCCommon::MCStatus ParseToDOM(const std::string& fileName);
 
   /// Reads a document from the rest of a stream; otherwise as for a file.
@@ -101,7 +108,11 @@ class MCXPRSUTIL_EXPORT MCXMLReadWrite {
   /// is OK. A partial file stays after a failure.
   ///
   /// A file that cannot be opened is not a status: the XMLException of the XML library
-  /// passes to the caller.
+  /// passes to the caller, and so does memory shortage before the file is open.
+  ///
+  /// The serializer of the XML library gives up without a word where the document's encoding lacks
+  /// a character of a name, and where no converter for the encoding can be opened: the status is OK
+  /// then, and the file ends there, or is empty.
   ///
   /// @param fileName path of the file, which is replaced.
   /// @param doc the document, borrowed; null writes the current document.
@@ -117,14 +128,14 @@ class MCXPRSUTIL_EXPORT MCXMLReadWrite {
   bool IsWellFormed() const;
 
   /// The first fatal error of the last parse as "line L, column C: text", in UTF-8; empty if it
-  /// met none.
+  /// met none, or if there was no memory for the text.
   std::string GetParseError() const;
 
  private:
   void Clear();
 
   MCCommon::MCStatus init_status_;
-  std::unique_ptr<XERCES_CPP_NAMESPACE::XercesDOMParser> parser_;
+  std::unique_ptr<DocumentParser> parser_;
   mutable std::string xerces_message_;  // written by WriteFromDOM, which changes nothing else
   XERCES_CPP_NAMESPACE::DOMDocument* document_ = nullptr;  // owned by parser_
   std::string parse_error_;

@@ -62,7 +62,8 @@ struct SplitVariable;
 /// status report anything. Copies are appended behind what the destination holds. Names and values
 /// are UTF-8, compared byte by byte.
 ///
-/// Do not call one combiner from two threads at once.
+/// Do not call one combiner from two threads at once. Several may work at once on threads of their
+/// own, also from one variable list and from the same files, as long as nobody changes these.
 class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
  public:
   /// Describes the split variables; there is no document yet.
@@ -94,7 +95,8 @@ class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
   ///
   /// An exception of the parser that is no XMLException (a DOMException for an XML version other
   /// than 1.0 and 1.1) passes and leaves the combined document as it was. Memory shortage passes
-  /// as well, and may leave half a model in it; do not go on with such a combiner.
+  /// as well, and so does what the variable list throws; both may leave half a model in it: do not
+  /// go on with such a combiner.
   ///
   /// A later file without a model element adds to the dictionary but gets no segment.
   ///
@@ -103,9 +105,11 @@ class MCXPRSUTIL_EXPORT MCXSplitPMMLCombiner {
   ///        the predicate exactly as they are; an empty one is left out of it.
   /// @return OK; the status of the previous operation if path or values are empty; 126 if the
   ///         number of values is not that of the variables (the file is not read); 103 if the XML
-  ///         platform could not start; 104 if the file cannot be read or is not well-formed; 125 if
-  ///         its model is a "MiningModel" itself; 108 if its model has no "functionName", or the
-  ///         first file has no model; 124 if its "functionName" is not that of the first model.
+  ///         platform could not start; 104 if the file cannot be read or is not well-formed, if the
+  ///         MCXParsePolicy of the process does not allow it, or if its dictionary nests
+  ///         "DataField" and "Value" elements deeper than 16 levels (GetDiagnostics() tells why);
+  ///         125 if its model is a "MiningModel" itself; 108 if its model has no "functionName", or
+  ///         the first file has no model; 124 if its "functionName" is not that of the first model.
   MCCommon::MCStatus AddModel(const std::string& path, const std::vector<std::string>& values);
 
   /// Writes the combined document to a file and releases it, whether or not writing succeeded.

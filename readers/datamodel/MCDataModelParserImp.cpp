@@ -2,12 +2,12 @@
 
 #include <sstream>
 #include <utility>
-#include <xercesc/util/PlatformUtils.hpp>
 
 #include "readers/DomParse.h"
 #include "readers/DomWalk.h"
 #include "readers/Names.h"
 #include "readers/datamodel/DataModelVarList.h"
+#include "xml/Platform.h"
 #include "xml/StatusCodes.h"
 
 namespace MCXPrsUtil {
@@ -24,7 +24,7 @@ MCDataModelParserImp::~MCDataModelParserImp() {
   if (!platform_started_) return;
   document_.reset();  // before the platform goes: it lives in the platform's memory
   parser_.reset();
-  XERCES_CPP_NAMESPACE::XMLPlatformUtils::Terminate();
+  StopPlatform();
 }
 
 // Lets nothing out: with a text there is no stream of the caller's whose exceptions could be his

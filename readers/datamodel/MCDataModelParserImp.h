@@ -6,10 +6,10 @@
 #include <string>
 #include <xercesc/dom/DOMDocument.hpp>
 #include <xercesc/dom/DOMElement.hpp>
-#include <xercesc/parsers/XercesDOMParser.hpp>
 
 #include "mccommon/MCStatus.h"
 #include "mccommon/MCVarList.h"
+#include "xml/DocumentParser.h"
 #include "xml/XercesPtr.h"
 
 namespace MCXPrsUtil {
@@ -38,7 +38,7 @@ class MCDataModelParserImp {
   MCCommon::MCStatus status_;
   // Null if the construction failed, and after a parse that did not leave it as new (malformed,
   // thrown out of, or XML 1.1): the next parse makes another.
-  std::unique_ptr<XERCES_CPP_NAMESPACE::XercesDOMParser> parser_;
+  std::unique_ptr<DocumentParser> parser_;
   XercesPtr<XERCES_CPP_NAMESPACE::DOMDocument> document_;
   const XERCES_CPP_NAMESPACE::DOMElement* root_ = nullptr;
   const XERCES_CPP_NAMESPACE::DOMElement* fields_ = nullptr;

@@ -2,12 +2,12 @@
 
 #include <utility>
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 
 #include "readers/DomParse.h"
 #include "readers/DomWalk.h"
 #include "readers/Names.h"
 #include "readers/pmml/Discretisations.h"
+#include "xml/Platform.h"
 #include "xml/StatusCodes.h"
 #include "xml/Utf16Name.h"
 
@@ -15,7 +15,6 @@ namespace MCXPrsUtil {
 
 using MCCommon::MCStatus;
 using XERCES_CPP_NAMESPACE::DOMElement;
-using XERCES_CPP_NAMESPACE::XMLPlatformUtils;
 
 MCPMMLParser::MCPMMLParser() : parser_(StartParser()), platform_started_(parser_ != nullptr) {
   if (!platform_started_) status_ = Failure(kPlatformFailed);
@@ -25,7 +24,7 @@ MCPMMLParser::~MCPMMLParser() {
   if (!platform_started_) return;
   document_.reset();  // before the platform goes: it lives in the platform's memory
   parser_.reset();
-  XMLPlatformUtils::Terminate();
+  StopPlatform();
 }
 
 // The status says "failed" while the parse is under way, so that an exception that passes leaves it

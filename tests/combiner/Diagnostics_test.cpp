@@ -154,6 +154,16 @@ TEST_F(CombinerDiagnostics, ASplitValueThatIsNoCategoryOfItsVariable) {
                           "\"sex\"."));
 }
 
+TEST_F(CombinerDiagnostics, ACategoricalSplitVariableWithoutCategoriesKnowsNoValue) {
+  FakeVarList list;
+  list.Add("region", {});
+  combiner_ = std::make_unique<OwnedCombiner>(list);
+  AddPmml("a", Pmml(), {"North"});
+  EXPECT_THAT(Findings(), ElementsAre("a: the split value \"North\" is no category of the split "
+                                      "variable \"region\"."));
+  combiner_.reset();
+}
+
 TEST_F(CombinerDiagnostics, AContinuousSplitVariableAcceptsEveryValue) {
   FakeVarList list;
   list.variables.push_back(std::make_unique<combiner_test::FakeVariable>("size", 1));

@@ -8,7 +8,6 @@ namespace {
 using combiner_test::FakeVariable;
 using combiner_test::FakeVarList;
 using combiner_test::kOK;
-using combiner_test::TextOf;
 using MCXPrsUtil::MCXSplitPMMLCombiner;
 
 constexpr auto kRole = static_cast<MCMTD_NAMESPACE::IMCVariable::VariableRole>(0);

@@ -222,6 +222,21 @@ TEST(DescribePmml, MalformedXmlIsToldWithLineAndColumn) {
   EXPECT_GT(problem["column"], 2);
 }
 
+TEST(DescribePmml, HardenedRefusesWhatReachesOutside) {
+  const TemporaryFolder folder;
+  const std::string secret = folder.Write("secret.txt", "the secret");
+  const std::string file =
+      folder.Write("a.pmml", "<!DOCTYPE PMML [<!ENTITY e SYSTEM '" + secret + "'>]>" +
+                                 Document("&e;" + Field("x", "continuous", "double")));
+  EXPECT_EQ(Describe({file}).exitCode, 0);
+  const ProgramResult result = Describe({"--hardened", file});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_EQ(result.out, "");
+  EXPECT_THAT(result.error,
+              HasSubstr("document type declaration, which the parse policy does not allow"));
+  EXPECT_EQ(Describe({"--hardened", kSurvey}).out, Describe({kSurvey}).out);
+}
+
 TEST(DescribePmml, AnEmptyFileIsMalformed) {
   const ProgramResult result = Describe({"-"}, "");
   EXPECT_EQ(result.exitCode, 1);

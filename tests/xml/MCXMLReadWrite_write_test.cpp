@@ -1,6 +1,5 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <pthread.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -13,12 +12,14 @@
 #include <xercesc/util/IOException.hpp>
 
 #include "mcxprsutil/MCXDOMHelpers.h"
+#include "support/SmallStack.h"
 #include "xml/TestDocument.h"
 
 namespace {
 
 using MCCommon::MCStatus;
 using MCXPrsUtil::MCXMLReadWrite;
+using test_support::RunOnStackOf;
 using xml_test::OpenFiles;
 using xml_test::ReadFile;
 using xml_test::ScratchFolder;
@@ -72,24 +73,7 @@ bool SucceedsInChild(const std::function<bool()>& run) {
   return waitpid(child, &state, 0) == child && WIFEXITED(state) && WEXITSTATUS(state) == 0;
 }
 
-namespace {
-
-// Runs `work` on a thread whose stack has `bytes`.
-void RunOnStackOf(std::size_t bytes, std::function<void()> work) {
-  pthread_attr_t attributes;
-  ASSERT_EQ(pthread_attr_init(&attributes), 0);
-  ASSERT_EQ(pthread_attr_setstacksize(&attributes, bytes), 0);
-  const auto run = [](void* argument) -> void* {
-    (*static_cast<std::function<void()>*>(argument))();
-    return nullptr;
-  };
-  pthread_t thread;
-  ASSERT_EQ(pthread_create(&thread, &attributes, run, &work), 0);
-  ASSERT_EQ(pthread_join(thread, nullptr), 0);
-  pthread_attr_destroy(&attributes);
-}
-
-}  // namespace
+namespace {}  // namespace
 
 TEST(MCXMLReadWriteWrite, NothingToWriteIsOkAndCreatesNoFile) {
   const ScratchFolder folder;
