@@ -11,6 +11,10 @@ namespace transcoding {
 
 namespace {
 
+struct SetCloser {
+  void operator()(USet* set) const { uset_close(set); }
+};
+
 void StopAtEverything(UConverter* converter) {
   UErrorCode error = U_ZERO_ERROR;
   ucnv_setToUCallBack(converter, UCNV_TO_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
@@ -83,19 +87,24 @@ bool CodePageProbe::IsPlain(const std::string& text) {
 }
 
 // Whether a sequence of characters stands for one of the code page. Then a table of single ones
-// will not do.
+// will not do. Throws std::bad_alloc where that cannot be told for lack of memory: a set that runs
+// out of it loses what it holds, and keeps that to itself.
 bool CodePageProbe::HasSequences() {
+  const std::unique_ptr<USet, SetCloser> set(uset_openEmpty());
+  if (set == nullptr) throw std::bad_alloc();
   UErrorCode error = U_ZERO_ERROR;
-  USet* const set = uset_openEmpty();
-  ucnv_getUnicodeSet(clone_.Get(), set, UCNV_ROUNDTRIP_AND_FALLBACK_SET, &error);
-  bool found = set == nullptr || U_FAILURE(error);
-  for (int32_t i = 0; !found && i < uset_getItemCount(set); ++i) {
+  ucnv_getUnicodeSet(clone_.Get(), set.get(), UCNV_ROUNDTRIP_AND_FALLBACK_SET, &error);
+  const int32_t count = uset_getItemCount(set.get());
+  if (error == U_MEMORY_ALLOCATION_ERROR || (U_SUCCESS(error) && count == 0)) {
+    throw std::bad_alloc();
+  }
+  bool found = U_FAILURE(error);
+  for (int32_t i = 0; !found && i < count; ++i) {
     UChar32 first = 0;
     UChar32 last = 0;
     UErrorCode tooLong = U_ZERO_ERROR;  // a sequence does not fit into no room
-    found = uset_getItem(set, i, &first, &last, nullptr, 0, &tooLong) != 0;
+    found = uset_getItem(set.get(), i, &first, &last, nullptr, 0, &tooLong) != 0;
   }
-  uset_close(set);
   return found;
 }
 

@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <string_view>
 
+#include "encoding/ConverterNew.h"
 #include "encoding/ConverterPtr.h"
 #include "encoding/ConverterState.h"
 #include "mcmem/ConverterRegistry.h"
@@ -22,20 +23,19 @@ bool IsSameAsciiName(std::string_view a, std::string_view b) {
                     [](char x, char y) { return AsciiLower(x) == AsciiLower(y); });
 }
 
-ConverterPtr Open(const char* name) {
-  UErrorCode error = U_ZERO_ERROR;
+ConverterPtr Open(const char* name, UErrorCode& error) {
+  error = U_ZERO_ERROR;
   ConverterPtr converter(ucnv_open(name, &error));
   if (U_FAILURE(error)) return nullptr;
   return converter;
 }
 
 // A default converter that is missing is not made here: making one comes through here.
-ConverterPtr OpenLikeDefault() {
+ConverterPtr OpenLikeDefault(UErrorCode& error) {
   const UConverter* standard = CurrentDefaultConverter();
-  if (standard == nullptr) return Open(nullptr);
-  UErrorCode error = U_ZERO_ERROR;
+  if (standard == nullptr) return Open(nullptr, error);
   const char* name = ucnv_getName(standard, &error);
-  return U_SUCCESS(error) ? Open(name) : nullptr;
+  return U_SUCCESS(error) ? Open(name, error) : nullptr;
 }
 
 // 0 where the text is no code page number. Whatever strtoul takes for a number is one, so leading
@@ -48,25 +48,27 @@ unsigned int CodePageNumber(const char* text) {
   return static_cast<unsigned int>(number);
 }
 
-ConverterPtr OpenCodePage(unsigned int cp) {
+ConverterPtr OpenCodePage(unsigned int cp, UErrorCode& error) {
   char name[kNameBytes];
   if (TULKMBCpNameFromNum_C(name, cp) == 0) return nullptr;
-  return Open(name);
+  return Open(name, error);
 }
 
 // The one Windows name that stands for a converter ICU has under other names only. Compared as
 // ASCII, in which converter names are written: a comparison in the default code page would need
 // the default converter, which may be the one that is being opened.
-ConverterPtr OpenByName(const char* name) {
-  ConverterPtr converter = Open(name);
-  if (converter == nullptr && IsSameAsciiName(name, "windows-28591")) return Open("ISO-8859-1");
+ConverterPtr OpenByName(const char* name, UErrorCode& error) {
+  ConverterPtr converter = Open(name, error);
+  if (converter == nullptr && IsSameAsciiName(name, "windows-28591")) {
+    return Open("ISO-8859-1", error);
+  }
   return converter;
 }
 
-ConverterPtr OpenFor(const char* name) {
-  if (name == nullptr) return OpenLikeDefault();
-  if (const unsigned int cp = CodePageNumber(name); cp != 0) return OpenCodePage(cp);
-  return OpenByName(name);
+ConverterPtr OpenFor(const char* name, UErrorCode& error) {
+  if (name == nullptr) return OpenLikeDefault(error);
+  if (const unsigned int cp = CodePageNumber(name); cp != 0) return OpenCodePage(cp, error);
+  return OpenByName(name, error);
 }
 
 void InstallSubstitution(UConverter* converter) {
@@ -80,24 +82,42 @@ void InstallSubstitution(UConverter* converter) {
   ucnv_setSubstChars(converter, "?", 1, &error);
 }
 
-}  // namespace
-
-UConverter* TULKMBConverterNew_C(const char* name) {
-  ConverterPtr converter = OpenFor(name);
+ConverterPtr New_C(const char* name, UErrorCode& error) {
+  ConverterPtr converter = OpenFor(name, error);
   if (converter != nullptr) InstallSubstitution(converter.get());
-  return converter.release();
+  return converter;
 }
 
-UConverter* TULKMBConverterNew_8(const char* name) {
-  if (name == nullptr) return TULKMBConverterNew_C(nullptr);
+ConverterPtr New_8(const char* name, UErrorCode& error) {
+  if (name == nullptr) return New_C(nullptr, error);
   char converted[kNameBytes] = {};
   int status = 0;
   TULKMBCodePageAnd8(kFrom8ToCodePage, nullptr, converted, kNameBytes, name, -1, &status);
-  return status == 0 ? TULKMBConverterNew_C(converted) : nullptr;
+  return status == 0 ? New_C(converted, error) : nullptr;
+}
+
+}  // namespace
+
+ConverterPtr NewConverter(const char* name, bool& noMemory) {
+  UErrorCode error = U_ZERO_ERROR;
+  ConverterPtr converter = qUTF8mode() ? New_8(name, error) : New_C(name, error);
+  noMemory = error == U_MEMORY_ALLOCATION_ERROR;
+  return converter;
+}
+
+UConverter* TULKMBConverterNew_C(const char* name) {
+  UErrorCode ignored = U_ZERO_ERROR;
+  return New_C(name, ignored).release();
+}
+
+UConverter* TULKMBConverterNew_8(const char* name) {
+  UErrorCode ignored = U_ZERO_ERROR;
+  return New_8(name, ignored).release();
 }
 
 UConverter* TULKMBConverterNew_A(const char* name) {
-  return qUTF8mode() ? TULKMBConverterNew_8(name) : TULKMBConverterNew_C(name);
+  bool ignored = false;
+  return NewConverter(name, ignored).release();
 }
 
 }  // namespace MCMEM_NAMESPACE

@@ -4,6 +4,7 @@
 #include <memory>
 #include <utility>
 
+#include "encoding/ConverterNew.h"
 #include "encoding/ConverterPtr.h"
 #include "mcmem/ConverterRegistry.h"
 #include "mcmem/Transcoding.h"
@@ -17,6 +18,8 @@ struct ExtNameStr::Record {
   void RefreshCodePage();
   void RefreshSystem();
   void Refresh();
+  int Note(int status);
+  void TellShortage();
   void Derive(std::string master, int status);
   int TakeSystem(std::string text);
 
@@ -28,28 +31,49 @@ struct ExtNameStr::Record {
   int error = 0;
   U16String utf16;
   std::string system;
+  bool was_short = false;  // of memory, in the operation that is under way
 };
 
 namespace {
 
+constexpr int kStatusNoMemory = 2;
+
 // The first status that is not exact wins, whatever its number.
 int WorstOf(int a, int b) { return a != 0 ? a : b; }
 
-// Null where no such converter can be opened; the conversion then uses the default converter.
-ConverterPtr OpenSystemConverter() { return ConverterPtr(TULKMBConverterNew_A(SystemEncoding())); }
-
 }  // namespace
+
+int ExtNameStr::Record::Note(int status) {
+  was_short = was_short || status == kStatusNoMemory;
+  return status;
+}
+
+// A status may be overwritten by that of a later conversion, but not this one: texts are missing.
+// The next reading makes those anew that can be made from the master.
+void ExtNameStr::Record::TellShortage() {
+  if (!std::exchange(was_short, false)) return;
+  error = kStatusNoMemory;
+  sequence = kNeverConverted;
+}
 
 // The number is read before the conversion, which may be what makes the default converter: the text
 // is then stale at once, and the next reading converts it once more.
 void ExtNameStr::Record::RefreshCodePage() {
   sequence = TULKMBDefaultConverterID();
-  error = TULKMBU8ToCodePage(nullptr, code_page, utf8);
+  error = Note(TULKMBU8ToCodePage(nullptr, code_page, utf8));
 }
 
+// Where the system encoding has no converter, the default converter stands in. It must not do so
+// where there is one that had no memory.
 void ExtNameStr::Record::RefreshSystem() {
-  const ConverterPtr converter = OpenSystemConverter();
-  error = WorstOf(error, TULKMBU8ToCodePage(converter.get(), system, utf8));
+  bool has_no_memory = false;
+  const ConverterPtr converter = NewConverter(SystemEncoding(), has_no_memory);
+  if (has_no_memory) {
+    system.clear();
+    if (!utf8.empty()) Note(kStatusNoMemory);
+    return;
+  }
+  error = WorstOf(error, Note(TULKMBU8ToCodePage(converter.get(), system, utf8)));
 }
 
 void ExtNameStr::Record::Refresh() {
@@ -62,9 +86,10 @@ void ExtNameStr::Record::Refresh() {
 // told by GetCP().
 void ExtNameStr::Record::Derive(std::string master, int status) {
   utf8 = std::move(master);
-  error = status;
+  error = Note(status);
   Refresh();
-  error = TULKMBU8ToU16(utf16, utf8);
+  error = Note(TULKMBU8ToU16(utf16, utf8));
+  TellShortage();
 }
 
 // Not a mirror image of Derive(), on purpose: the UTF-16 text stays that of the previous master,
@@ -73,9 +98,16 @@ void ExtNameStr::Record::Derive(std::string master, int status) {
 int ExtNameStr::Record::TakeSystem(std::string text) {
   system = std::move(text);
   sequence = TULKMBDefaultConverterID();
-  const ConverterPtr converter = OpenSystemConverter();
-  TULKMBCodePageToU8(converter.get(), utf8, system);
-  error = TULKMBU8ToCodePage(nullptr, code_page, utf8);
+  bool has_no_memory = false;
+  const ConverterPtr converter = NewConverter(SystemEncoding(), has_no_memory);
+  if (has_no_memory) {
+    utf8.clear();
+    if (!system.empty()) Note(kStatusNoMemory);
+  } else {
+    Note(TULKMBCodePageToU8(converter.get(), utf8, system));
+  }
+  error = Note(TULKMBU8ToCodePage(nullptr, code_page, utf8));
+  TellShortage();
   return error;
 }
 
@@ -101,7 +133,10 @@ const std::string& ExtNameStr::GetSystem() const { return record_->system; }
 int ExtNameStr::ErrorCode() const { return record_->error; }
 
 const std::string& ExtNameStr::GetCP() const {
-  if (record_->IsStale()) record_->Refresh();
+  if (record_->IsStale()) {
+    record_->Refresh();
+    record_->TellShortage();
+  }
   return record_->code_page;
 }
 

@@ -5,7 +5,8 @@
 /// Converters are ICU's; names of converters are those that ICU knows, compared without regard to
 /// letter case, hyphens and other punctuation. A "code page" is any encoding that a converter
 /// exists for. No function throws, except that memory shortage may show as `std::bad_alloc` in
-/// SystemEncoding(); failures are null pointers or a 0.
+/// SystemEncoding(); failures are null pointers or a 0. Where ICU runs out of memory while it loads
+/// its list of names, at the first use of a name in a process, it knows no names in that process.
 ///
 /// Threads: nothing is locked. Mode, default converter and locale are to be set up by one thread
 /// before others use the text encoding services. Afterwards all may read them; conversions that are

@@ -21,11 +21,15 @@ namespace MCMEM_NAMESPACE {
 /// malformed) or any other failure. A conversion that fails leaves what the conversion function
 /// leaves, which may be an empty text. No exception is thrown but `std::bad_alloc`.
 ///
+/// Where memory was short in any of the conversions of an operation, the status that is left is 2,
+/// whatever the others gave. GetCP() then makes the code-page and the system text anew.
+///
 /// Converters are passed as `void*`: an ICU `UConverter*`, borrowed for the call, or null for the
 /// default converter. The default converter also stands in where the system encoding has no
 /// converter.
 ///
-/// Threads: one at a time for each object. That holds for the const functions too: GetCP() and
+/// Threads: one at a time for each object, when the process-wide settings are made (see
+/// mcmem/ConverterRegistry.h). That holds for the const functions too: GetCP() and
 /// GetGeneric() may renew texts and change the status.
 class MCXPRSUTIL_EXPORT ExtNameStr {
  public:

@@ -32,7 +32,8 @@
 /// UTF-8 mode meanwhile. A given converter belongs to the caller's thread for the time of the call.
 ///
 /// No function throws. None allocates in the ordinary case: ICU may for an unusually large clone,
-/// and what is found out about a code page at its first use is remembered.
+/// and what is found out about a code page at its first use is remembered. Where ICU has no memory
+/// for a clone, that is as if there were no converter.
 #ifndef MCMEM_MULTIBYTESTRING_H
 #define MCMEM_MULTIBYTESTRING_H
 

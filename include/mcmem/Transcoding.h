@@ -13,7 +13,8 @@
 /// Every function that has a status gives one of these:
 /// - 0: exact;
 /// - 1: the buffer was too small and holds the head of the result;
-/// - 2: no memory (string forms only; the output is empty);
+/// - 2: no memory (string forms only; the output is empty). Where it is ICU that has none, for the
+///   clone of a converter, that is any other failure;
 /// - 3: any other failure; or a lossy conversion, in which something else, as a rule a question
 ///   mark, stands for a character that the target lacks or for source units that are no character,
 ///   wherever that is, also behind the cut of a result that was too long. A lossy result is as

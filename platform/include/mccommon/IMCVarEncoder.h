@@ -12,7 +12,8 @@ namespace MCMTD_NAMESPACE {
 
 /// The encoder of one variable. Owned by the variable's list; all text is UTF-8 and is copied.
 ///
-/// An application can derive from it to receive the declarations itself.
+/// An application can derive from it to receive the declarations itself. It is called on the thread
+/// that fills the list, one call at a time.
 class MCCOMMON_EXPORT IMCVarEncoder {
  public:
   virtual ~IMCVarEncoder();

@@ -11,7 +11,8 @@ namespace MCCommon {
 /// says that the document does not give the item, so the caller's output keeps the value that it
 /// had before the call. Callers can therefore load defaults first and ignore flagged results.
 ///
-/// Each operation lists the codes that it gives. Nothing here allocates or throws.
+/// Each operation lists the codes that it gives. Nothing here allocates or throws. Objects share
+/// nothing: each thread may have its own.
 class [[nodiscard]] MCStatus {
  public:
   /// Success: code 0, flag false.

@@ -14,7 +14,8 @@ namespace MCMTD_NAMESPACE {
 /// Remembers the declarations of one variable and gives them back as they came.
 ///
 /// Nothing is checked, sorted or removed: a value that a document declares twice is here twice.
-/// When an operation throws std::bad_alloc, the encoder is as it was before.
+/// When an operation throws std::bad_alloc, the encoder is as it was before. One thread at a time
+/// may declare; several may read while none does.
 class MCCOMMON_EXPORT MCVarEncoder final : public IMCVarEncoder {
  public:
   /// A number that stands for a missing value.

@@ -69,7 +69,8 @@ struct MCRange {
 /// A variable and everything that was set on it.
 ///
 /// MCVarList makes these and checks what goes in; the constructors take their arguments as they
-/// are, so that an application with a list of its own can use the class too.
+/// are, so that an application with a list of its own can use the class too. Several threads may
+/// read one variable, or one category set, while none changes it.
 class MCCOMMON_EXPORT MCVariable final : public IMCVariable {
  public:
   /// What GetKind() returns.
