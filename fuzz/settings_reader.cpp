@@ -14,6 +14,8 @@
 #include <xercesc/dom/DOMElement.hpp>
 
 #include "Check.h"
+#include "FilledList.h"
+#include "XmlPlatform.h"
 
 namespace {
 
@@ -24,8 +26,13 @@ using MCXPrsUtil::GetNextSiblingElmt;
 using MCXPrsUtil::MCSettingsParser;
 using xercesc::DOMElement;
 
+constexpr int kNoAttribute = 108;
+constexpr int kNotThatType = 109;
 constexpr int kNoBins = 110;
 constexpr int kNoSettings = 119;
+constexpr int kNoParameter = 120;
+constexpr int kNoList = 122;
+constexpr int kNoValue = 123;
 constexpr int kMostLevels = 100;
 
 void ReadValues(MCSettingsParser& parser, const char* name, void* scope) {
@@ -45,20 +52,67 @@ void ReadValues(MCSettingsParser& parser, const char* name, void* scope) {
   }
 }
 
+bool IsFound(const MCStatus& status) {
+  return status.IsOK() || status.GetCode() == kNotThatType || status.GetCode() == kNoValue ||
+         status.GetCode() == kNoAttribute || status.GetCode() == kNoList;
+}
+
 template <class Value>
-void ReadLists(MCSettingsParser& parser, const char* name, void* scope) {
-  std::vector<Value> values;
+void ReadArray(MCSettingsParser& parser, const char* name, void* scope) {
+  const std::vector<Value> preset(3);
+  std::vector<Value> values = preset;
   std::vector<Value> again;
   const MCStatus status = parser.GetArray(name, values, scope);
+  if (!IsFound(status)) {
+    FUZZ_CHECK(values == preset);
+    values.clear();
+  }
   FUZZ_CHECK(parser.GetArray(name, again, scope) == status && again == values);
+  FUZZ_CHECK(status.GetFlag() ==
+             (status.GetCode() == kNoParameter || status.GetCode() == kNoValue));
+  std::vector<std::string> texts;
+  const MCStatus as_text = parser.GetArray(name, texts, scope);
+  FUZZ_CHECK(as_text.GetCode() != kNotThatType);
+  FUZZ_CHECK(status == as_text || status.GetCode() == kNotThatType);
+}
+
+template <class Value>
+void ReadMatrix(MCSettingsParser& parser, const char* name, void* scope) {
   std::vector<std::vector<Value>> rows;
-  std::vector<std::vector<std::string>> texts;
+  std::vector<std::vector<std::string>> texts = {{"preset"}};
   const MCStatus found = parser.GetMatrix(name, rows, scope);
   FUZZ_CHECK(parser.GetMatrix(name, texts, scope) == found);
-  FUZZ_CHECK(rows.size() >= texts.size());
-  for (std::size_t i = 0; i < texts.size(); ++i) {
-    FUZZ_CHECK(rows[rows.size() - texts.size() + i].size() <= texts[i].size());
+  std::vector<std::vector<Value>> second(2, std::vector<Value>(5));
+  FUZZ_CHECK(parser.GetMatrix(name, second, scope) == found);
+  if (!found.IsOK()) {
+    FUZZ_CHECK(rows.empty() && texts.size() == 1 && texts[0][0] == "preset");
+    FUZZ_CHECK(second.size() == 2 && second[1].size() == 5);
+    return;
   }
+  FUZZ_CHECK(rows.size() >= texts.size() && second.size() == rows.size());
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    const std::size_t row = rows.size() - texts.size() + i;
+    FUZZ_CHECK(rows[row].size() <= texts[i].size() && second[row] == rows[row]);
+  }
+}
+
+template <class Value>
+void ReadLists(MCSettingsParser& parser, const char* name, void* scope) {
+  ReadArray<Value>(parser, name, scope);
+  ReadMatrix<Value>(parser, name, scope);
+}
+
+void ReadNamesOfVariables(MCSettingsParser& parser, const char* name) {
+  std::vector<std::string> names = {"preset"};
+  const MCStatus listed = parser.GetVariables(name, names);
+  if (!IsFound(listed)) {
+    FUZZ_CHECK(names.size() == 1 && names[0] == "preset");
+    names.clear();
+  }
+  std::vector<std::string> again;
+  FUZZ_CHECK(parser.GetVariables(name, again) == listed && again == names);
+  std::string variable = "preset";
+  FUZZ_CHECK(parser.GetVariables(name, variable).IsOK() || variable == "preset");
 }
 
 void ReadName(MCSettingsParser& parser, const char* name, void* scope) {
@@ -68,10 +122,7 @@ void ReadName(MCSettingsParser& parser, const char* name, void* scope) {
   ReadLists<int>(parser, name, scope);
   ReadLists<double>(parser, name, scope);
   ReadLists<std::string>(parser, name, scope);
-  std::vector<std::string> names;
-  std::string variable = "preset";
-  (void)parser.GetVariables(name, names);  // whatever it gives, it comes back
-  FUZZ_CHECK(parser.GetVariables(name, variable).IsOK() || variable == "preset");
+  ReadNamesOfVariables(parser, name);
 }
 
 // Every name in a scope, and the groups in it as scopes of their own.
@@ -105,15 +156,11 @@ void ReadRoles(const MCSettingsParser& parser) {
   FUZZ_CHECK(parser.GetFrequencyWeight(weight).IsOK() || weight == "preset");
 }
 
-template <class Fill>
-void FillTwice(const MCSettingsParser& parser, bool bins, Fill fill) {
-  MCVarList first;
-  MCVarList second;
-  const MCStatus filled = fill(first);
-  FUZZ_CHECK(parser.GetStatus().IsOK() || (filled == parser.GetStatus() && first.Size() == 0));
-  FUZZ_CHECK(bins || filled.GetCode() != kNoBins);
-  FUZZ_CHECK(fill(second) == filled);
-  FUZZ_CHECK(first.Size() == second.Size());
+void Fill(const MCSettingsParser& parser, bool bins, const fuzz::Filler& fill) {
+  const fuzz::Filled filled = fuzz::Fill(fill);
+  FUZZ_CHECK(parser.GetStatus().IsOK() ||
+             (filled.status == parser.GetStatus() && filled.calls.empty()));
+  FUZZ_CHECK(bins || filled.status.GetCode() != kNoBins);
 }
 
 void ReadAll(MCSettingsParser& parser) {
@@ -126,9 +173,11 @@ void ReadAll(MCSettingsParser& parser) {
   }
   if (scope != nullptr) ReadScope(parser, *scope, kMostLevels);
   ReadRoles(parser);
-  FillTwice(parser, false, [&](MCVarList& list) { return parser.FillVarList(list, false); });
-  FillTwice(parser, true, [&](MCVarList& list) { return parser.FillVarList(list, true); });
-  FillTwice(parser, false, [&](MCVarList& list) { return parser.FillTransDict(list); });
+  Fill(parser, false, [&](MCVarList& list) { return parser.FillVarList(list, false); });
+  Fill(parser, true, [&](MCVarList& list) { return parser.FillVarList(list, true); });
+  Fill(parser, false, [&](MCVarList& list) { return parser.FillTransDict(list); });
+  Fill(parser, true,
+       [&](MCVarList& list) { return parser.MCPMMLParser::FillVarList(list, {}, true); });
   FUZZ_CHECK(parser.GetStatus() == before);
 }
 
@@ -143,7 +192,9 @@ MCStatus Parse(MCSettingsParser& parser, const std::string& text) {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  fuzz::StartXmlPlatform();
   const std::string text(reinterpret_cast<const char*>(data), size);
+  if (!fuzz::IsModest(text)) return 0;
   const std::size_t cut = text.find('\0');
   const std::string second = cut == std::string::npos ? text : text.substr(cut + 1);
   MCSettingsParser parser;
@@ -155,6 +206,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const MCStatus parsed = Parse(parser, second);
   const bool kept = first.IsOK() && alone.GetCode() == kNoSettings;
   FUZZ_CHECK(kept ? parsed.IsOK() : parsed == alone);
+  ReadAll(parser);
+
+  std::istringstream in(second);
+  FUZZ_CHECK(parser.MCPMMLParser::ParseToDOM(in).IsOK() ==
+             (alone.IsOK() || alone.GetCode() == kNoSettings));
   ReadAll(parser);
   return 0;
 }

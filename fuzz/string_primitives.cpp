@@ -196,6 +196,14 @@ void CheckLengthsC(const std::string& bytes, std::size_t n) {
   if (!seen.empty()) FUZZ_CHECK((length == 0) == (seen[0] == '\0'));
 }
 
+void CheckLeadBytes(const std::string& text) {
+  for (const char c : text) {
+    const char byteAndBlanks[] = {c, ' ', ' ', ' ', '\0'};
+    FUZZ_CHECK(TULKMBIsLeadByte_C(static_cast<unsigned char>(c)) ==
+               (TULKMBmbclen_C(byteAndBlanks) > 1));
+  }
+}
+
 void CheckBackwardsC(const std::string& text) {
   const Exact s = TerminatedCopy(text);
   const int size = SignedSize(text);
@@ -219,6 +227,8 @@ void CheckSearchC(const std::string& text, unsigned point) {
   const auto first = OffsetOf(TULKMBstrchr_C(s.Get(), point), s);
   const auto last = OffsetOf(TULKMBstrrchr_C(s.Get(), point), s);
   FUZZ_CHECK((first < 0) == (last < 0) && first <= last);
+  FUZZ_CHECK(OffsetOf(TULKMBSearchChar_C(s.Get(), point, 0), s) == first);
+  FUZZ_CHECK(OffsetOf(TULKMBSearchChar_C(s.Get(), point, -1), s) == last);
   if (point == 0) FUZZ_CHECK(first == SignedSize(text) && last == first);
   if (point == 0 || first < 0) return;
   for (const auto at : {first, last}) {
@@ -240,6 +250,17 @@ void CheckCopyC(const std::string& text, std::size_t n) {
 }
 
 // ---- Code pages: code points, from a converter ----
+
+void CheckHeadsC(UConverter* converter, const Texts& t) {
+  const int n = static_cast<int>(t.n);
+  const std::string headOfA = t.a.substr(0, t.n);
+  const std::string headOfB = t.b.substr(0, t.n);
+  const Exact a = t.n < t.a.size() ? Exact(headOfA) : TerminatedCopy(headOfA);
+  const Exact b = t.n < t.b.size() ? Exact(headOfB) : TerminatedCopy(headOfB);
+  const int order = TULKMBstrnicmp_C(a.Get(), b.Get(), n);
+  FUZZ_CHECK(TULKMBBinaryCompare_C(0, converter, a.Get(), n, b.Get(), n, nullptr) == order);
+  FUZZ_CHECK(TULKMBstrnicmp_C(b.Get(), a.Get(), n) == -order);
+}
 
 void CheckDecoding(const std::string& text) {
   const Exact s = TerminatedCopy(text);
@@ -323,6 +344,7 @@ void CheckCodePage(UConverter* converter, const Texts& t) {
   const std::string text = UpToZero(t.a);
   (void)Starts(text);  // it checks every step
   CheckLengthsC(t.a, t.n);
+  CheckLeadBytes(text);
   CheckBackwardsC(text);
   CheckSearchC(text, t.point);
   CheckCopyC(text, t.n);
@@ -330,6 +352,7 @@ void CheckCodePage(UConverter* converter, const Texts& t) {
   CheckValidCount(converter, t.a);
   CheckSpanC(text, UpToZero(t.b));
   CheckCompareC(converter, t);
+  CheckHeadsC(converter, t);
 }
 
 // ---- The active members ----

@@ -456,6 +456,160 @@ void CheckArrays(const Choices& choices, const std::string& bytes) {
                                    units, !isUtf8);
 }
 
+// What the engines are called by, beside the wrappers, which fix a direction.
+const Form<char, unsigned short> kEngine8To16 = {
+    [](void*, unsigned short* dst, int capacity, const char* src, int length, int* status) {
+      return TULKMB8and16(1, dst, capacity, src, length, status);
+    },
+    nullptr, false, false};
+const Form<unsigned short, char> kEngine16To8 = {
+    [](void*, char* dst, int capacity, const unsigned short* src, int length, int* status) {
+      return TULKMB8and16(0, dst, capacity, src, length, status);
+    },
+    nullptr, false, false};
+const Form<char, unsigned short> kEngineCodePageTo16 = {
+    [](void* converter, unsigned short* dst, int capacity, const char* src, int length,
+       int* status) {
+      return TULKMBCodePageAnd16(-1, converter, dst, capacity, src, length, status);
+    },
+    nullptr, true, false};
+const Form<unsigned short, char> kEngine16ToCodePage = {
+    [](void* converter, char* dst, int capacity, const unsigned short* src, int length,
+       int* status) {
+      return TULKMBCodePageAnd16(0, converter, dst, capacity, src, length, status);
+    },
+    nullptr, true, true};
+const Form<char, char> kEngineCodePageTo8 = {
+    [](void* converter, char* dst, int capacity, const char* src, int length, int* status) {
+      return TULKMBCodePageAnd8(2, converter, dst, capacity, src, length, status);
+    },
+    nullptr, true, false};
+const Form<char, char> kEngine8ToCodePage = {
+    [](void* converter, char* dst, int capacity, const char* src, int length, int* status) {
+      return TULKMBCodePageAnd8(0, converter, dst, capacity, src, length, status);
+    },
+    nullptr, true, true};
+
+// Behind the text nothing is compared: some of ICU's converters work there.
+template <class From, class To>
+void CheckSame(const Form<From, To>& engine, const Form<From, To>& wrapper, const Choices& choices,
+               const std::basic_string<From>& text) {
+  LeaveInTheMiddle(choices);
+  const Answer<To> a = Call(engine, choices, text, choices.capacity);
+  LeaveInTheMiddle(choices);
+  const Answer<To> b = Call(wrapper, choices, text, choices.capacity);
+  FUZZ_CHECK(a.length == b.length && a.status == b.status);
+  if (choices.capacity != 0) FUZZ_CHECK(a.Text() == b.Text());
+}
+
+void CheckEngines(const Choices& choices, const std::string& bytes) {
+  const std::string text = choices.isTerminated ? fuzz::UpToZero(bytes) : bytes;
+  U16String units = fuzz::UnitsOf<unsigned short>(bytes);
+  if (choices.isTerminated) units = fuzz::UpToZero(units);
+  CheckSame(kEngine8To16, k8To16, choices, text);
+  CheckSame(kEngine16To8, k16To8, choices, units);
+  CheckSame(kEngineCodePageTo16, kCodePageTo16, choices, text);
+  CheckSame(kEngine16ToCodePage, k16ToCodePage, choices, units);
+  CheckSame(kEngineCodePageTo8, kCodePageTo8, choices, text);
+  CheckSame(kEngine8ToCodePage, k8ToCodePage, choices, text);
+}
+
+// ---- Refusals ----
+
+template <class From, class To>
+void CheckRefusals(const Form<From, To>& form, const Choices& choices,
+                   const std::basic_string<From>& text) {
+  constexpr To kOld = To{0x7E};
+  const auto size = static_cast<int>(text.size());
+  const int length = choices.isTerminated ? -1 : size;
+  const auto capacity = static_cast<int>(choices.capacity);
+  To units[2] = {kOld, kOld};
+  int status = -1;
+  FUZZ_CHECK(form.buffer(choices.given, units, -1 - capacity, text.c_str(), length, &status) == 0);
+  FUZZ_CHECK(status == 3 && units[0] == kOld);
+  status = -1;
+  FUZZ_CHECK(form.buffer(choices.given, nullptr, capacity + 1, text.c_str(), length, &status) == 0);
+  FUZZ_CHECK(status == 3);
+  status = -1;
+  const int none = choices.isTerminated ? -1 : size + 1;
+  FUZZ_CHECK(form.buffer(choices.given, units, 1, nullptr, none, &status) == 0);
+  FUZZ_CHECK(status == 3 && units[0] == To{choices.isTerminated ? To{0} : To{0x20}});
+  FUZZ_CHECK(units[1] == kOld);
+  // Without a status the result is the same.
+  status = -1;
+  const int asked = form.buffer(choices.given, nullptr, 0, text.c_str(), length, &status);
+  FUZZ_CHECK(form.buffer(choices.given, nullptr, 0, text.c_str(), length, nullptr) == asked);
+}
+
+void CheckAllRefusals(const Choices& choices, const std::string& bytes) {
+  const std::string text = choices.isTerminated ? fuzz::UpToZero(bytes) : bytes;
+  const U16String units = fuzz::UnitsOf<unsigned short>(bytes);
+  const U32String points = fuzz::UnitsOf<unsigned int>(bytes);
+  CheckRefusals(k8To16, choices, text);
+  CheckRefusals(k16To8, choices, units);
+  CheckRefusals(k8To32, choices, text);
+  CheckRefusals(k32To8, choices, points);
+  CheckRefusals(kCodePageTo16, choices, text);
+  CheckRefusals(k16ToCodePage, choices, units);
+  CheckRefusals(kCodePageTo8, choices, text);
+  CheckRefusals(k8ToCodePage, choices, text);
+}
+
+// ---- Strings in their own place ----
+
+using ByteStrings = int (*)(void*, std::string&, const std::string&);
+
+void CheckInPlace(ByteStrings convert, const Choices& choices, const std::string& text) {
+  std::string apart = "old";
+  const int status = convert(choices.given, apart, text);
+  std::string same = text;
+  FUZZ_CHECK(convert(choices.given, same, same) == status && same == apart);
+}
+
+// The forms without a converter take the default one.
+void CheckDefaults(const Choices& choices, const std::string& text, const U16String& units) {
+  std::string a = "a";
+  std::string b = "b";
+  U16String u = {1};
+  U16String v = {2};
+  FUZZ_CHECK(TULKMBU8ToGeneric(a, text) == TULKMBU8ToGeneric(choices.converter, b, text));
+  FUZZ_CHECK(a == b);
+  FUZZ_CHECK(TULKMBGenericToU8(a, text) == TULKMBGenericToU8(choices.converter, b, text));
+  FUZZ_CHECK(a == b);
+  FUZZ_CHECK(TULKMBU16ToGeneric(a, units) == TULKMBU16ToGeneric(choices.converter, b, units));
+  FUZZ_CHECK(a == b);
+  FUZZ_CHECK(TULKMBGenericToU16(u, text) == TULKMBGenericToU16(choices.converter, v, text));
+  FUZZ_CHECK(u == v);
+}
+
+void CheckStrings(const Choices& choices, const std::string& text) {
+  constexpr ByteStrings kForms[] = {TULKMBU8ToCodePage,      TULKMBCodePageToU8,
+                                    TULKMBU8ToGeneric,       TULKMBGenericToU8,
+                                    TULKMBCodePageToGeneric, TULKMBGenericToCodePage};
+  for (const ByteStrings convert : kForms) CheckInPlace(convert, choices, text);
+  CheckDefaults(choices, text, fuzz::UnitsOf<unsigned short>(text));
+}
+
+// A plain copy may move a text within its memory.
+void CheckOverlap(const Choices& choices, const std::string& bytes, std::size_t shift) {
+  const std::string text = choices.isTerminated ? fuzz::UpToZero(bytes) : bytes;
+  const bool isUtf8 = qUTF8mode();
+  const PlainCopy copy = isUtf8 ? GenericTo8 : PlainCopy{TULKMBCodePagetoGeneric};
+  const std::size_t room = text.size() + shift + 1;
+  for (const bool forward : {false, true}) {
+    std::string memory(room + 1, '#');
+    const std::size_t from = forward ? 0 : shift;
+    memory.replace(from, text.size(), text);
+    if (choices.isTerminated) memory[from + text.size()] = '\0';
+    int status = -1;
+    const int length =
+        copy(choices.given, &memory[shift - from], static_cast<int>(text.size()) + 1, &memory[from],
+             choices.isTerminated ? -1 : static_cast<int>(text.size()), &status);
+    FUZZ_CHECK(status == 0 && static_cast<std::size_t>(length) == text.size());
+    FUZZ_CHECK(memory.compare(shift - from, text.size(), text) == 0);
+  }
+}
+
 // ---- Texts ----
 
 enum class Shape {
@@ -527,6 +681,14 @@ void Check(unsigned function, const Choices& choices, Shape shape, const std::st
       return Check16ToGeneric(choices, TextOf<unsigned short>(choices, shape, bytes));
     case 10:
       return CheckArrays(choices, bytes);
+    case 15:
+      return CheckEngines(choices, bytes);
+    case 16:
+      return CheckAllRefusals(choices, bytes);
+    case 17:
+      return CheckStrings(choices, inCodePage);
+    case 18:
+      return CheckOverlap(choices, bytes, choices.leftover.size());
     default:
       return CheckGenericBytes(function - 11, choices, inCodePage);
   }
@@ -536,7 +698,7 @@ void Check(unsigned function, const Choices& choices, Shape shape, const std::st
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input in(data, size);
-  const unsigned function = in.Below(15);
+  const unsigned function = in.Below(19);
   const unsigned flags = in.Byte();
   Choices choices;
   choices.page = &fuzz::ChooseCodePage(in);
