@@ -16,7 +16,6 @@
 namespace bench {
 namespace {
 
-using MCMEM_NAMESPACE::ConversionResult;
 using MCMEM_NAMESPACE::strictConversion;
 using MCMEM_NAMESPACE::UNALIGNED16;
 

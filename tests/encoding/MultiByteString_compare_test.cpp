@@ -21,7 +21,6 @@ using MCMEM_NAMESPACE::TULKMBBinaryCompare_8;
 using MCMEM_NAMESPACE::TULKMBBinaryCompare_C;
 using MCMEM_NAMESPACE::TULKMBqstricmp_8;
 using MCMEM_NAMESPACE::TULKMBqstricmp_C;
-using MCMEM_NAMESPACE::TULKMBSetDefaultConverter;
 using MCMEM_NAMESPACE::TULKMBstrnicmp_8;
 using MCMEM_NAMESPACE::TULKMBstrnicmp_C;
 

@@ -9,7 +9,6 @@
 
 namespace {
 
-using encoding_test::CloseConverter;
 using encoding_test::DefaultCodePage;
 using encoding_test::NewConverter;
 using encoding_test::OwnedConverter;

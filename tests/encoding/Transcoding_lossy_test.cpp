@@ -134,6 +134,21 @@ TEST(TranscodingLossy, MalformedUtf8ForACallbackThatLeavesNoMark) {
   EXPECT_EQ(out, pad + pad);
 }
 
+TEST(TranscodingLossy, ACallbackThatLeavesNoMarkRunsOutOfRoom) {
+  const OwnedConverter converter = NewConverter("936");
+  UErrorCode error = U_ZERO_ERROR;
+  ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_ESCAPE, UCNV_ESCAPE_C, nullptr,
+                        nullptr, &error);
+  const U16 text = {0xD83D, 0xDE00, 0xD83D, 0xDE01};  // each becomes ten bytes
+  for (int capacity = 1; capacity <= 20; ++capacity) {
+    char bytes[21] = {};
+    int status = -1;
+    EXPECT_EQ(TULKMB16toCodePage(converter.get(), bytes, capacity, text.data(), 4, &status),
+              capacity);
+    EXPECT_EQ(status, capacity < 20 ? 1 : 0) << capacity;
+  }
+}
+
 TEST(TranscodingLossy, UPlusFffdItselfIsACharacter) {
   std::string out;
   EXPECT_EQ(TULKMBU8ToCodePage(NewConverter("GB18030").get(), out, "\xEF\xBF\xBD"), 0);
