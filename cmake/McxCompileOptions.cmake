@@ -5,10 +5,14 @@ if(MCXPRSUTIL_SANITIZE)
     -fno-sanitize-recover=all)
   add_link_options("-fsanitize=${MCXPRSUTIL_SANITIZE}")
 endif()
-if(MCXPRSUTIL_COVERAGE)
-  add_compile_options(--coverage)
-  add_link_options(--coverage)
-endif()
+
+# Only the libraries are counted: what runs of the tests themselves tells nothing.
+function(mcx_count_coverage target)
+  if(MCXPRSUTIL_COVERAGE)
+    target_compile_options(${target} PRIVATE --coverage -fprofile-update=atomic)
+    target_link_options(${target} PRIVATE --coverage)
+  endif()
+endfunction()
 
 function(mcx_compile_options target)
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
