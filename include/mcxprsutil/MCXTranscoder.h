@@ -18,8 +18,8 @@ namespace MCXPrsUtil {
 /// off, a character that the encoding lacks, memory shortage on the way) yields the empty result.
 /// The exception are encodings with shift states, such as UTF-7 and ISO-2022-JP: the XML library
 /// never tells their converters that the text has ended, so that TranscodeTo() may lack the last
-/// bytes, and TranscodeFrom() may drop a sequence that is cut off at the end. Each conversion starts
-/// in the initial state of the encoding, whatever the one before it left behind.
+/// bytes, and TranscodeFrom() may drop a sequence that is cut off at the end. Each conversion
+/// starts in the initial state of the encoding, whatever the one before it left behind.
 ///
 /// The XML platform must be initialised (for example by a living MCXMLReadWrite): an object made
 /// before that is not valid. Do not call one object from two threads at once.

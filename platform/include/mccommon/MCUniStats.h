@@ -12,8 +12,8 @@ namespace MCMTD_NAMESPACE {
 
 /// The distribution of one field: how often each category or each interval occurs.
 ///
-/// A value: copied and assigned freely. Nothing is checked on construction; IsValid() tells. Several
-/// threads may read one object while none assigns to it.
+/// A value: copied and assigned freely. Nothing is checked on construction; IsValid() tells.
+/// Several threads may read one object while none assigns to it.
 class MCCOMMON_EXPORT MCUniStats {
  public:
   /// Summary of a continuous field; MCMV::gMissingValue where a figure is not known.
