@@ -83,7 +83,7 @@ struct MCXPRSUTIL_EXPORT MCXParsePolicy {
   std::uint64_t max_names = kUnlimited;
 
   /// How often entities may be expanded, counting those within entities. Character references and
-  /// the five predefined entities ("&amp;lt;" and so on) do not count.
+  /// the five predefined entities do not count.
   std::uint64_t max_entity_expansions = kUnlimited;
 
   /// The length of the text that a single entity is declared with, in UTF-16 code units, with

@@ -111,7 +111,7 @@ class Sweep {
     failure.Stop();
     if (!outcome.failed) tally_.allocations = count;
     Judge(*subject, outcome);
-    if (outcome.failed && operation_.is_reusable) {
+    if (outcome.failed) {
       EXPECT_EQ(Result(*subject), expected_) << "the subject is spoilt";
     }
     return outcome;

@@ -40,8 +40,6 @@ struct Operation {
   // The same with the XML library alone, to tell what it loses by itself: exactly that may be lost.
   // Null: nothing may be lost.
   std::function<std::unique_ptr<Subject>()> alone = nullptr;
-  // False: after a failure the subject is good for nothing but its destructor.
-  bool is_reusable = true;
   bool may_throw = true;  // std::bad_alloc or the XML library's OutOfMemoryException
 };
 

@@ -103,9 +103,11 @@ class Construction : public Combination {
   std::string Result() override { return combiner_->GetSplitVarName(0); }
 };
 
+// What is left of a model can be written, though it is of no use.
 class FirstModel : public Combination {
  public:
   using Combination::Combination;
+  std::string WrongAfterThrow() override { return TextOf(Export()) == "ok" ? "" : "not written"; }
   void Prepare() override {
     Combination::Prepare();
     Construct();
@@ -116,6 +118,7 @@ class FirstModel : public Combination {
 class SecondModel : public Combination {
  public:
   using Combination::Combination;
+  std::string WrongAfterThrow() override { return TextOf(Export()) == "ok" ? "" : "not written"; }
   void Prepare() override {
     Combination::Prepare();
     Construct();

@@ -210,11 +210,16 @@ TEST(ModelFiles, ThoseThatMayNotBeReadAreRefused) {
   std::filesystem::create_directory(folder.File("closed"));
   const std::string inside = WriteTo(folder.File("closed/in.pmml"), test_support::kFirstModel);
   permissions(folder.File("closed"), perms::none);
+  bool is_possible = true;
   for (const std::string& path : {locked, inside}) {
     const auto end = test_support::RunAsNobody([&] { return RefuseAndGoOn(path, good); });
-    EXPECT_EQ(end.exit_code, 0) << path << ", signal " << end.signal;
+    is_possible = end.exit_code != test_support::kCannotChangeUser;
+    if (is_possible) {
+      EXPECT_EQ(end.exit_code, 0) << path << ", signal " << end.signal;
+    }
   }
   permissions(folder.File("closed"), perms::all);  // to be removed
+  if (!is_possible) GTEST_SKIP() << "root cannot become nobody here";
 }
 
 #ifndef MCX_TEST_SANITIZED  // which needs descriptors itself

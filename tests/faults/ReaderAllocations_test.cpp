@@ -131,7 +131,7 @@ TYPED_TEST(ReaderAllocations, Parsing) {
     for (const std::string earlier : {"", TypeParam::kText}) {
       SweepAndPrint({"parse of " + text.substr(0, 40) + (earlier.empty() ? "" : " after another"),
                      [&] { return std::make_unique<Parse<TypeParam>>(text, earlier); },
-                     fault_test::ReuseParserAlone(text, earlier), true, TypeParam::kThrows});
+                     fault_test::ReuseParserAlone(text, earlier), TypeParam::kThrows});
     }
   }
 }

@@ -175,11 +175,16 @@ TEST(Targets, AFolderOrAFileThatMayNotBeWrittenThrows) {
   if (geteuid() != 0) permissions(folder.File(""), perms::owner_read | perms::owner_exec);
   Document document;
   Combination combination;
+  bool is_possible = true;
   for (const std::string& path : {locked, folder.File("new.pmml")}) {
     const auto end = test_support::RunAsNobody([&] { return Both(document, combination, path); });
-    EXPECT_EQ(end.exit_code, kThrown) << path << ", signal " << end.signal;
+    is_possible = end.exit_code != test_support::kCannotChangeUser;
+    if (is_possible) {
+      EXPECT_EQ(end.exit_code, kThrown) << path << ", signal " << end.signal;
+    }
   }
   permissions(folder.File(""), perms::owner_all);
+  if (!is_possible) GTEST_SKIP() << "root cannot become nobody here";
   EXPECT_EQ(ReadFile(locked), "kept");
   EXPECT_FALSE(std::filesystem::exists(folder.File("new.pmml")));
 }
