@@ -12,7 +12,6 @@ namespace {
 
 using combiner_test::ChildAttributes;
 using combiner_test::FakeVarList;
-using combiner_test::Field;
 using combiner_test::FindElement;
 using combiner_test::OwnedCombiner;
 using combiner_test::Pmml;
@@ -25,7 +24,6 @@ using test_support::RunOnStackOf;
 using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 using xercesc::DOMDocument;
 using xercesc::DOMElement;
 

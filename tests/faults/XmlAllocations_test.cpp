@@ -22,7 +22,6 @@
 namespace {
 
 using fault_test::FailingXmlMemory;
-using fault_test::Operation;
 using fault_test::Subject;
 using fault_test::SweepAndPrint;
 using fault_test::TextOf;

@@ -18,7 +18,6 @@
 namespace {
 
 using encoding_test::DefaultCodePage;
-using encoding_test::NameOf;
 using encoding_test::OwnedConverter;
 using load_test::OnAllThreads;
 using namespace MCMEM_NAMESPACE;
