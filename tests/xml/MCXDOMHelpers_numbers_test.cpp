@@ -16,7 +16,6 @@ namespace {
 using MCXPrsUtil::AssembleDoublesList;
 using MCXPrsUtil::GetDoubleAttribute;
 using MCXPrsUtil::GetIntAttribute;
-using MCXPrsUtil::MCXMLReadWrite;
 using MCXPrsUtil::SetAttribute;
 using xml_test::kRounds;
 using xml_test::NumberKind;
