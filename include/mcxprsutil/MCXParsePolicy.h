@@ -55,7 +55,7 @@ struct MCXPRSUTIL_EXPORT MCXParsePolicy {
   /// most, and none is longer than 16384 characters.
   ///
   /// The largest tree that a document can then become takes about 2.5 GiB of memory; PMML of usual
-  /// shape becomes 5 to 20 times as large as its file. A service that runs several parses at once,
+  /// shape becomes 15 to 20 times as large as its file. A service that runs several parses at once,
   /// or that only expects small documents, lowers `max_document_bytes`.
   static MCXParsePolicy Hardened();
 
