@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 
+#include "encoding/CodePageDriver.h"
 #include "encoding/Conversions.h"
 #include "encoding/Utf8And16.h"
 #include "mcmem/ConverterRegistry.h"
@@ -83,11 +84,13 @@ char* TULKMBTranscodeCodePage(const unsigned short* src) {
 
 unsigned short* TULKMBTranscodeCodePage(const char* src) {
   if (src == nullptr) return nullptr;
-  U16String text;
-  StringTarget<Unit> target(text);
-  const Verdict verdict = CodePageTo16(kDefaultConverter, TerminatedText(src), target);
+  const Text<char> text = TerminatedText(src);
+  U16String units;
+  StringTarget<Unit> target(units);
+  const Verdict verdict =
+      CodePageTo16(kDefaultConverter, TraitsFor(kDefaultConverter, text), text, target);
   if (verdict == Verdict::kNoMemory || !target.More()) return nullptr;
-  return CopyArray(text.data(), verdict == Verdict::kFailed ? 0 : text.size());
+  return CopyArray(units.data(), verdict == Verdict::kFailed ? 0 : units.size());
 }
 
 char* TULKMBTranscodeGeneric(const unsigned short* src) {

@@ -57,15 +57,27 @@ const CodePageTraits* FindTraits(void* converter, Text<From> text) {
   return CodePageTraits::Of(*used);
 }
 
+// Moves `text` on to `last`, or as far as there is room.
+template <class From, class To>
+void MoveUpTo(const From* last, Text<From>& text, To*& next, To* end) {
+  const auto n = static_cast<std::size_t>(std::min(last - text.first, end - next));
+  MoveAscii(text.first, n, next);
+  text.first += n;
+  next += n;
+}
+
+template <class From, class To>
+void MoveStart(const CodePageTraits& traits, Text<From>& text, To*& next, To* end) {
+  if (next == end || text.IsEmpty()) return;
+  MoveUpTo(text.first + traits.CountPlainAscii(text.first, text.Size()), text, next, end);
+}
+
 template <class From, class To>
 bool MoveHead(const CodePageTraits& traits, Text<From>& text, Target<To>& target) {
   const From* const head = text.first + traits.CountPlainAscii(text.first, text.Size());
   while (text.first != head) {
     if (target.Room() == 0 && !target.More()) return false;
-    const auto n = std::min(static_cast<std::size_t>(head - text.first), target.Room());
-    MoveAscii(text.first, n, target.next);
-    text.first += n;
-    target.next += n;
+    MoveUpTo(head, text, target.next, target.end);
   }
   return true;
 }
@@ -134,6 +146,20 @@ Verdict EncodeWith(UConverter& converter, Text<unsigned short> text, bool isLast
   }
 }
 
+void MovePlainStart(const CodePageTraits& traits, Text<char>& text, char*& next, char* end) {
+  MoveStart(traits, text, next, end);
+}
+
+void MovePlainStart(const CodePageTraits& traits, Text<char>& text, unsigned short*& next,
+                    unsigned short* end) {
+  MoveStart(traits, text, next, end);
+}
+
+void MovePlainStart(const CodePageTraits& traits, Text<unsigned short>& text, char*& next,
+                    char* end) {
+  MoveStart(traits, text, next, end);
+}
+
 bool MovePlainHead(const CodePageTraits& traits, Text<char>& text, Target<char>& target) {
   return MoveHead(traits, text, target);
 }
@@ -178,9 +204,17 @@ bool MoveTabledUtf8(const SingleByteTable& table, Text<char>& text, Target<char>
   }
 }
 
+void EndDecoding(void* converter) {
+  if (converter != nullptr) ucnv_resetToUnicode(static_cast<UConverter*>(converter));
+}
+
+void EndEncoding(void* converter) {
+  if (converter != nullptr) ucnv_resetFromUnicode(static_cast<UConverter*>(converter));
+}
+
 Verdict DecodeRest(void* converter, Text<char> text, Target<unsigned short>& target) {
   if (text.IsEmpty()) {
-    if (converter != nullptr) ucnv_resetToUnicode(static_cast<UConverter*>(converter));
+    EndDecoding(converter);
     return Verdict::kExact;
   }
   WatchedConverter watched(converter, SubstitutionWatch::kToUnicode);

@@ -29,6 +29,13 @@ inline Verdict VerdictOf(const WatchedConverter& converter) {
 const CodePageTraits* TraitsFor(void* converter, Text<char> text);
 const CodePageTraits* TraitsFor(void* converter, Text<unsigned short> text);
 
+// ASCII in its usual place at the head of a text, straight into a buffer as far as there is room.
+void MovePlainStart(const CodePageTraits& traits, Text<char>& text, char*& next, char* end);
+void MovePlainStart(const CodePageTraits& traits, Text<char>& text, unsigned short*& next,
+                    unsigned short* end);
+void MovePlainStart(const CodePageTraits& traits, Text<unsigned short>& text, char*& next,
+                    char* end);
+
 // The functions below move the head of a text, as far as it needs no converter. They return false
 // without memory.
 
@@ -45,8 +52,12 @@ bool MoveKnownHead(const CodePageTraits& traits, Text<unsigned short>& text, Tar
 // From UTF-8 to a code page of single bytes.
 bool MoveTabledUtf8(const SingleByteTable& table, Text<char>& text, Target<char>& target);
 
-// What follows the head, with the caller's converter or a clone of the default one. Without
-// anything left there is no need for a clone; the caller's is reset in any case.
+// For a text of which nothing is left: there is no need for a clone, but the caller's converter is
+// reset in any case. Null is left alone.
+void EndDecoding(void* converter);
+void EndEncoding(void* converter);
+
+// What follows the head, with the caller's converter or a clone of the default one.
 Verdict DecodeRest(void* converter, Text<char> text, Target<unsigned short>& target);
 
 }  // namespace transcoding

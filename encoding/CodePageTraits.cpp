@@ -73,12 +73,11 @@ TraitsTable& KnownTraits() {
 }  // namespace
 
 const CodePageTraits* CodePageTraits::Of(const UConverter& converter) {
-  if (HasStates(converter)) return nullptr;
   UErrorCode error = U_ZERO_ERROR;
   const char* name = ucnv_getName(&converter, &error);
   if (U_FAILURE(error) || name == nullptr) return nullptr;
   if (const CodePageTraits* known = KnownTraits().Find(name)) return known;
-  if (KnownTraits().IsFull() || !TraitsTable::CanHold(name)) return nullptr;
+  if (HasStates(converter) || KnownTraits().IsFull() || !TraitsTable::CanHold(name)) return nullptr;
   CodePageTraits traits;
   return CodePageProbe(converter).Fill(traits) ? KnownTraits().Add(name, traits) : nullptr;
 }

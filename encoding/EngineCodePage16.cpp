@@ -4,6 +4,7 @@
 
 #include "encoding/CodePageDecode.h"
 #include "encoding/CodePageDriver.h"
+#include "encoding/CodePageStart.h"
 #include "encoding/Conversions.h"
 #include "encoding/OutputRules.h"
 #include "encoding/Utf8Sequence.h"
@@ -16,7 +17,7 @@ namespace {
 
 Verdict EncodeRest(void* converter, Text<unsigned short> text, Target<char>& target) {
   if (text.IsEmpty()) {
-    if (converter != nullptr) ucnv_resetFromUnicode(static_cast<UConverter*>(converter));
+    EndEncoding(converter);
     return Verdict::kExact;
   }
   WatchedConverter watched(converter, SubstitutionWatch::kFromUnicode);
@@ -67,16 +68,18 @@ std::size_t CountWholeCharacters(void* converter, const char* bytes, std::size_t
 
 }  // namespace
 
-Verdict CodePageTo16(void* converter, Text<char> text, Target<unsigned short>& target) {
-  if (const CodePageTraits* const traits = TraitsFor(converter, text)) {
+Verdict CodePageTo16(void* converter, const CodePageTraits* traits, Text<char> text,
+                     Target<unsigned short>& target) {
+  if (traits != nullptr) {
     if (!MovePlainHead(*traits, text, target)) return Verdict::kNoMemory;
     if (!MoveKnownHead(*traits, text, target)) return Verdict::kNoMemory;
   }
   return DecodeRest(converter, text, target);
 }
 
-Verdict Utf16ToCodePage(void* converter, Text<unsigned short> text, Target<char>& target) {
-  if (const CodePageTraits* const traits = TraitsFor(converter, text)) {
+Verdict Utf16ToCodePage(void* converter, const CodePageTraits* traits, Text<unsigned short> text,
+                        Target<char>& target) {
+  if (traits != nullptr) {
     if (!MovePlainHead(*traits, text, target)) return Verdict::kNoMemory;
     if (!MoveKnownHead(*traits, text, target)) return Verdict::kNoMemory;
   }
@@ -101,20 +104,22 @@ int TULKMBCodePageAnd16(int dir, void* converter, void* dst, int dstCapacity, co
                         int srcLength, int* status) {
   using namespace transcoding;
   using Unit = unsigned short;
-  const auto decode = [converter](Text<char> text, BufferTarget<Unit>& target) {
-    const Verdict verdict = CodePageTo16(converter, text, target);
+  CodePageStart<char, Unit> decodeStart(converter, EndDecoding);
+  const auto decode = [converter, &decodeStart](Text<char> text, BufferTarget<Unit>& target) {
+    const Verdict verdict = CodePageTo16(converter, decodeStart.Traits(), text, target);
     TrimSurrogate(target);
     return verdict;
   };
-  const auto encode = [converter](Text<Unit> text, BufferTarget<char>& target) {
-    const Verdict verdict = Utf16ToCodePage(converter, text, target);
+  CodePageStart<Unit, char> encodeStart(converter, EndEncoding);
+  const auto encode = [converter, &encodeStart](Text<Unit> text, BufferTarget<char>& target) {
+    const Verdict verdict = Utf16ToCodePage(converter, encodeStart.Traits(), text, target);
     TrimCodePage(converter, target);
     return verdict;
   };
-  return dir != 0 ? FillBuffer<char, Unit>(dst, dstCapacity, src, srcLength, status, StartNothing(),
-                                           decode)
-                  : FillBuffer<Unit, char>(dst, dstCapacity, src, srcLength, status, StartNothing(),
-                                           encode);
+  return dir != 0
+             ? FillBuffer<char, Unit>(dst, dstCapacity, src, srcLength, status, decodeStart, decode)
+             : FillBuffer<Unit, char>(dst, dstCapacity, src, srcLength, status, encodeStart,
+                                      encode);
 }
 
 }  // namespace MCMEM_NAMESPACE

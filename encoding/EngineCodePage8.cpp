@@ -1,6 +1,7 @@
 // Code pages and UTF-8.
 
 #include "encoding/CodePageDriver.h"
+#include "encoding/CodePageStart.h"
 #include "encoding/Conversions.h"
 #include "encoding/OutputRules.h"
 #include "encoding/Utf8And16.h"
@@ -133,9 +134,10 @@ bool MoveUtf8Head(const CodePageTraits& traits, Text<char>& text, Target<char>& 
 
 }  // namespace
 
-Verdict CodePageTo8(void* converter, Text<char> text, Target<char>& target) {
+Verdict CodePageTo8(void* converter, const CodePageTraits* traits, Text<char> text,
+                    Target<char>& target) {
   Utf8Writer writer(target);
-  if (const CodePageTraits* const traits = TraitsFor(converter, text)) {
+  if (traits != nullptr) {
     if (!MovePlainHead(*traits, text, target)) return Verdict::kNoMemory;
     if (!MoveKnownHead(*traits, text, writer)) return Verdict::kNoMemory;
   }
@@ -143,12 +145,13 @@ Verdict CodePageTo8(void* converter, Text<char> text, Target<char>& target) {
   return verdict >= Verdict::kFailed ? verdict : Worse(verdict, writer.Finish());
 }
 
-Verdict Utf8ToCodePage(void* converter, Text<char> text, Target<char>& target) {
-  if (const CodePageTraits* const traits = TraitsFor(converter, text)) {
+Verdict Utf8ToCodePage(void* converter, const CodePageTraits* traits, Text<char> text,
+                       Target<char>& target) {
+  if (traits != nullptr) {
     if (!MoveUtf8Head(*traits, text, target)) return Verdict::kNoMemory;
   }
   if (text.IsEmpty()) {
-    if (converter != nullptr) ucnv_resetFromUnicode(static_cast<UConverter*>(converter));
+    EndEncoding(converter);
     return Verdict::kExact;
   }
   WatchedConverter watched(converter, SubstitutionWatch::kFromUnicode);
@@ -162,18 +165,20 @@ Verdict Utf8ToCodePage(void* converter, Text<char> text, Target<char>& target) {
 int TULKMBCodePageAnd8(int dir, void* converter, void* dst, int dstCapacity, const void* src,
                        int srcLength, int* status) {
   using namespace transcoding;
-  const auto decode = [converter](Text<char> text, BufferTarget<char>& target) {
-    return CodePageTo8(converter, text, target);
+  CodePageStart<char, char> decodeStart(converter, EndDecoding);
+  const auto decode = [converter, &decodeStart](Text<char> text, BufferTarget<char>& target) {
+    return CodePageTo8(converter, decodeStart.Traits(), text, target);
   };
-  const auto encode = [converter](Text<char> text, BufferTarget<char>& target) {
-    const Verdict verdict = Utf8ToCodePage(converter, text, target);
+  CodePageStart<char, char> encodeStart(converter, EndEncoding);
+  const auto encode = [converter, &encodeStart](Text<char> text, BufferTarget<char>& target) {
+    const Verdict verdict = Utf8ToCodePage(converter, encodeStart.Traits(), text, target);
     TrimCodePage(converter, target);
     return verdict;
   };
-  return dir != 0 ? FillBuffer<char, char>(dst, dstCapacity, src, srcLength, status, StartNothing(),
-                                           decode)
-                  : FillBuffer<char, char>(dst, dstCapacity, src, srcLength, status, StartNothing(),
-                                           encode);
+  return dir != 0
+             ? FillBuffer<char, char>(dst, dstCapacity, src, srcLength, status, decodeStart, decode)
+             : FillBuffer<char, char>(dst, dstCapacity, src, srcLength, status, encodeStart,
+                                      encode);
 }
 
 }  // namespace MCMEM_NAMESPACE

@@ -129,8 +129,8 @@ template <class From, class To, class Convert>
 // convert exactly and returns whether that was all. A negative length stands for a terminated
 // source and asks for a terminated result.
 template <class From, class To, class Start, class Convert>
-int FillBuffer(void* dst, int capacity, const void* src, int srcLength, int* status,
-               const Start& start, const Convert& convert) {
+int FillBuffer(void* dst, int capacity, const void* src, int srcLength, int* status, Start&& start,
+               const Convert& convert) {
   const OutputRules<To> rules(static_cast<To*>(dst), capacity, srcLength < 0);
   auto result = OutputRules<To>::kRefused;
   if (rules.AcceptBuffer()) {

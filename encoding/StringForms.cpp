@@ -3,6 +3,7 @@
 #include <exception>
 #include <type_traits>
 
+#include "encoding/CodePageDriver.h"
 #include "encoding/Conversions.h"
 #include "encoding/OutputRules.h"
 #include "encoding/Utf8And16.h"
@@ -63,14 +64,14 @@ int Assign(String& out, const String& in) {
 
 int TULKMBU8ToCodePage(void* converter, std::string& out, const std::string& in) {
   const auto convert = [converter](Text<char> text, Target<char>& target) {
-    return Utf8ToCodePage(converter, text, target);
+    return Utf8ToCodePage(converter, TraitsFor(converter, text), text, target);
   };
   return FillString(out, in, convert, in.size());
 }
 
 int TULKMBCodePageToU8(void* converter, std::string& out, const std::string& in) {
   const auto convert = [converter](Text<char> text, Target<char>& target) {
-    return CodePageTo8(converter, text, target);
+    return CodePageTo8(converter, TraitsFor(converter, text), text, target);
   };
   return FillString(out, in, convert, in.size());
 }
@@ -85,14 +86,14 @@ int TULKMBU8ToU16(U16String& out, const std::string& in) {
 
 int TULKMBU16ToCodePage(void* converter, std::string& out, const U16String& in) {
   const auto convert = [converter](Text<Unit> text, Target<char>& target) {
-    return Utf16ToCodePage(converter, text, target);
+    return Utf16ToCodePage(converter, TraitsFor(converter, text), text, target);
   };
   return FillString(out, in, convert, in.size());
 }
 
 int TULKMBCodePageToU16(void* converter, U16String& out, const std::string& in) {
   const auto convert = [converter](Text<char> text, Target<Unit>& target) {
-    return CodePageTo16(converter, text, target);
+    return CodePageTo16(converter, TraitsFor(converter, text), text, target);
   };
   return FillString(out, in, convert, in.size());
 }
