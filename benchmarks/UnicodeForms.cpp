@@ -218,8 +218,9 @@ inline int PutBytes(unsigned int value, unsigned char*& d, const unsigned char* 
 // ---- One comparison ----
 
 // Short texts: one run converts a batch of different ones, so that the branch predictor cannot
-// learn a single text by heart.
-constexpr std::size_t kBatchBytes = 16 << 10;
+// learn a single text by heart. Source and target fit into the nearest cache, as a text does that
+// has just been made.
+constexpr std::size_t kBatchBytes = 4 << 10;
 
 template <class Source, class Target>
 struct Batch {

@@ -7,7 +7,9 @@
 //   kStopAtZero       whether U+0000 ends the conversion
 //   kShortText        the longest source, in units, for which vectors of ASCII are not tried first
 //   kShortestRun      the shortest source, in units, for which ConvertRun may do anything
-//   ConvertShortText  clean characters of a short text
+//   kHasShortRuns     whether the vectors can do anything for short texts; if so
+//   IsShortRun        whether they may for this one, and
+//   ConvertShortRun   as much of it as they can take
 //   ConvertRun        as many clean characters as the vectors can take, perhaps none
 //   TakeOne           one clean character; false leaves it alone
 //   Step              one character of any kind, with every check in its order
@@ -112,36 +114,72 @@ template <class Rules>
   return result;
 }
 
+// Short texts; what is not clean goes to ConvertRest.
 template <class Rules>
-[[gnu::noinline]] ConversionResult ConvertShort(const typename Rules::From::Unit** sourceStart,
-                                                const typename Rules::From::Unit* sourceEnd,
-                                                typename Rules::To::Unit** targetStart,
-                                                typename Rules::To::Unit* targetEnd,
-                                                ConversionFlags flags) {
-  const PlaceOf<Rules> at =
-      Rules::ConvertShortText({*sourceStart, *targetStart}, {sourceEnd, targetEnd});
+inline ConversionResult ConvertShort(const typename Rules::From::Unit** sourceStart,
+                                     const typename Rules::From::Unit* sourceEnd,
+                                     typename Rules::To::Unit** targetStart,
+                                     typename Rules::To::Unit* targetEnd, ConversionFlags flags) {
+  const PlaceOf<Rules> at = TakeSingly<Rules>({*sourceStart, *targetStart}, {sourceEnd, targetEnd});
   *sourceStart = at.source;
   *targetStart = at.target;
   if (at.source >= sourceEnd) return conversionOK;
   return ConvertRest<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
 }
 
-// The whole conversion. Short texts, and long ones of plain ASCII, are done without the registers
-// that the rest needs.
+// Short texts that begin with what the vectors may take.
+template <class Rules>
+[[gnu::noinline]] ConversionResult ConvertShortRun(const typename Rules::From::Unit** sourceStart,
+                                                   const typename Rules::From::Unit* sourceEnd,
+                                                   typename Rules::To::Unit** targetStart,
+                                                   typename Rules::To::Unit* targetEnd,
+                                                   ConversionFlags flags) {
+  const PlaceOf<Rules> at =
+      Rules::ConvertShortRun({*sourceStart, *targetStart}, {sourceEnd, targetEnd});
+  *sourceStart = at.source;
+  *targetStart = at.target;
+  if (at.source >= sourceEnd) return conversionOK;
+  return ConvertShort<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+// Texts of some lines, for which plain ASCII is tried before anything else.
+template <class Rules>
+[[gnu::noinline]] ConversionResult ConvertLines(const typename Rules::From::Unit** sourceStart,
+                                                const typename Rules::From::Unit* sourceEnd,
+                                                typename Rules::To::Unit** targetStart,
+                                                typename Rules::To::Unit* targetEnd,
+                                                ConversionFlags flags) {
+  const auto* const cleanEnd = CleanEnd<Rules>(*sourceStart, sourceEnd);
+  const std::ptrdiff_t room = SmallerOf(cleanEnd - *sourceStart, targetEnd - *targetStart);
+  if (room > 0) {
+    const std::size_t moved =
+        ascii::MoveBlocksFrom<Rules::kStopAtZero, typename Rules::From, typename Rules::To>(
+            0, *sourceStart, static_cast<std::size_t>(room), *targetStart);
+    *sourceStart += moved;
+    *targetStart += moved;
+    if (*sourceStart == sourceEnd) return conversionOK;
+  }
+  return ConvertRest<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+// The whole conversion. Each kind of text has a way of its own, which saves and restores no more
+// registers than it needs; the shortest texts, for which a call counts, have theirs here.
 template <class Rules>
 inline ConversionResult Convert(const typename Rules::From::Unit** sourceStart,
                                 const typename Rules::From::Unit* sourceEnd,
                                 typename Rules::To::Unit** targetStart,
                                 typename Rules::To::Unit* targetEnd, ConversionFlags flags) {
-  if (sourceEnd - *sourceStart <= Rules::kShortText)
-    return ConvertShort<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
-  const auto* const cleanEnd = CleanEnd<Rules>(*sourceStart, sourceEnd);
-  const PlaceOf<Rules> at =
-      ConvertAscii<Rules>({*sourceStart, *targetStart}, {cleanEnd, targetEnd});
-  *sourceStart = at.source;
-  *targetStart = at.target;
-  if (at.source == sourceEnd) return conversionOK;
-  return ConvertRest<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+  const std::ptrdiff_t length = sourceEnd - *sourceStart;
+  if (length > Rules::kShortText) {
+    const bool isLong = length >= static_cast<std::ptrdiff_t>(ascii::kLongRun);
+    return isLong ? ConvertRest<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags)
+                  : ConvertLines<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+  }
+  if constexpr (Rules::kHasShortRuns) {
+    if (Rules::IsShortRun(*sourceStart, length))
+      return ConvertShortRun<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+  }
+  return ConvertShort<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
 }
 
 }  // namespace MCMEM_NAMESPACE

@@ -38,6 +38,14 @@ inline const typename Codec::Unit* ReadableEnd(const typename Codec::Unit* s,
   return pageEnd;
 }
 
+// Whether all of a text of at most `kMost` units can be read at one go. Quicker to tell, and no is
+// said near the end of a page without a look at how long the text is.
+template <class Codec, std::size_t kMost>
+inline bool IsReadable(const typename Codec::Unit* s, const typename Codec::Unit* end) {
+  if (MCMEM_READS_ARE_CHECKED) return ReadableEnd<Codec>(s, end) == end;
+  return (reinterpret_cast<std::uintptr_t>(s) & (kPageBytes - 1)) <= kPageBytes - kMost * sizeof *s;
+}
+
 }  // namespace MCMEM_NAMESPACE
 
 #endif  // MCMEM_ENCODING_READABLEEND_H

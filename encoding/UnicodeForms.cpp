@@ -19,9 +19,8 @@ struct BetweenWideForms {
   using At = Place<typename From::Unit, typename To::Unit>;
   static constexpr bool kStopAtZero = false;
   static constexpr std::ptrdiff_t kShortText = 7;
+  static constexpr bool kHasShortRuns = false;
   static constexpr std::ptrdiff_t kShortestRun = 4;
-
-  static At ConvertShortText(At at, const At& end) { return TakeSingly<Rules>(at, end); }
 
   static At ConvertRun(At at, const At& end) {
     const unsigned int first = From::Get(*at.source);

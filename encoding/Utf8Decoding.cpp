@@ -3,6 +3,8 @@
 #include "encoding/FormConversion.h"
 #include "encoding/Utf8DecodingBlocks.h"
 #include "encoding/Utf8Sequence.h"
+#include "encoding/WideAscii.h"
+#include "encoding/WideKernels.h"
 #include "mcmem/UnicodeForms.h"
 
 namespace MCMEM_NAMESPACE {
@@ -60,17 +62,19 @@ struct Utf8Rules {
   using At = Utf8Place<To>;
   static constexpr bool kStopAtZero = kStopsAtZero;
   static constexpr std::ptrdiff_t kShortText = 15;
+  static constexpr bool kHasShortRuns = true;
   static constexpr std::ptrdiff_t kShortestRun = kShortestPairTail;
 
-  static At ConvertShortText(At at, const At& end) {
-    if (end.source - at.source >= kShortestPairTail && *at.source < 0xE0) {
-      const At cleanEnd = {CleanEnd<Utf8Rules>(at.source, end.source), end.target};
-      if (*at.source < 0x80) at = ConvertAscii<Utf8Rules>(at, cleanEnd);
-      if (at.source == end.source) return at;
-      if (CanShuffle() && cleanEnd.source - at.source >= kShortestPairTail)
-        at = ConvertPairTail<To, kStopAtZero>(at, cleanEnd);
-    }
-    return TakeSingly<Utf8Rules>(at, end);
+  static bool IsShortRun(const unsigned char* s, std::ptrdiff_t length) {
+    return length >= kShortestPairTail && *s < 0xE0;
+  }
+
+  static At ConvertShortRun(At at, const At& end) {
+    const At cleanEnd = {CleanEnd<Utf8Rules>(at.source, end.source), end.target};
+    if (*at.source < 0x80) at = ConvertAscii<Utf8Rules>(at, cleanEnd);
+    if (cleanEnd.source - at.source >= kShortestPairTail && CanShuffle())
+      at = ConvertPairTail<To, kStopAtZero>(at, cleanEnd);
+    return at;
   }
 
   static At ConvertRun(At at, const At& end) {
@@ -123,6 +127,49 @@ template <bool kHighByteFirst>
 using Utf8To16 = Utf8Rules<Utf16Codec<UNALIGNED16, kHighByteFirst>, true, EncodedSurrogates::kPass>;
 using Utf8To32 = Utf8Rules<Utf32Codec, false, EncodedSurrogates::kIllegal>;
 
+// ---- UTF-16 ----
+
+// As Convert(), for texts of one or two wide blocks.
+template <bool kHighByteFirst>
+[[gnu::noinline]] MCMEM_WIDE ConversionResult ConvertLineTo16(const unsigned char** sourceStart,
+                                                              const unsigned char* sourceEnd,
+                                                              UNALIGNED16** targetStart,
+                                                              UNALIGNED16* targetEnd,
+                                                              ConversionFlags flags) {
+  using Rules = Utf8To16<kHighByteFirst>;
+  const unsigned char* const source = *sourceStart;
+  UNALIGNED16* const target = *targetStart;
+  const std::ptrdiff_t length = sourceEnd - source;
+  const bool isDone = targetEnd - target >= length &&
+                      IsReadable<ascii::Bytes, 2 * ascii::kWideBlock>(source, sourceEnd) &&
+                      ascii::WidenTwoBlocks<Rules::kStopAtZero, kHighByteFirst>(
+                          source, static_cast<std::size_t>(length), target->byte);
+  if (!isDone) return ConvertRest<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+  *sourceStart = sourceEnd;
+  *targetStart = target + length;
+  return conversionOK;
+}
+
+// As Convert(), for the others. Out of line, so that a line does not wait for registers.
+template <bool kHighByteFirst>
+[[gnu::noinline]] ConversionResult ConvertOtherTo16(const unsigned char** sourceStart,
+                                                    const unsigned char* sourceEnd,
+                                                    UNALIGNED16** targetStart,
+                                                    UNALIGNED16* targetEnd, ConversionFlags flags) {
+  return Convert<Utf8To16<kHighByteFirst>>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
+template <bool kHighByteFirst>
+inline ConversionResult ConvertTo16(const unsigned char** sourceStart,
+                                    const unsigned char* sourceEnd, UNALIGNED16** targetStart,
+                                    UNALIGNED16* targetEnd, ConversionFlags flags) {
+  constexpr std::ptrdiff_t kBlock = ascii::kWideBlock;
+  const std::ptrdiff_t length = sourceEnd - *sourceStart;
+  if (length >= kBlock && length <= 2 * kBlock && CanGoWide())
+    return ConvertLineTo16<kHighByteFirst>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+  return ConvertOtherTo16<kHighByteFirst>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+}
+
 }  // namespace
 
 ConversionResult ConvertUTF8toUTF32(const unsigned char** sourceStart,
@@ -134,13 +181,13 @@ ConversionResult ConvertUTF8toUTF32(const unsigned char** sourceStart,
 ConversionResult ConvertUTF8toUTF16(const unsigned char** sourceStart,
                                     const unsigned char* sourceEnd, UNALIGNED16** targetStart,
                                     UNALIGNED16* targetEnd, ConversionFlags flags) {
-  return Convert<Utf8To16<false>>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+  return ConvertTo16<false>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
 }
 
 ConversionResult ConvertUTF8toUTF16Rev(const unsigned char** sourceStart,
                                        const unsigned char* sourceEnd, UNALIGNED16** targetStart,
                                        UNALIGNED16* targetEnd, ConversionFlags flags) {
-  return Convert<Utf8To16<true>>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
+  return ConvertTo16<true>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
 }
 
 ConversionResult LocalUTF8toUTF16(const unsigned char** sourceStart, const unsigned char* sourceEnd,

@@ -15,9 +15,8 @@ struct ToUtf8Rules {
   using To = ascii::Bytes;
   using At = PlaceToUtf8<From>;
   static constexpr std::ptrdiff_t kShortText = 7;
+  static constexpr bool kHasShortRuns = false;
   static constexpr std::ptrdiff_t kShortestRun = 4;
-
-  static At ConvertShortText(At at, const At& end) { return TakeSingly<Rules>(at, end); }
 
   static At ConvertRun(At at, const At& end) {
     const unsigned int value = From::Get(*at.source);

@@ -1,5 +1,5 @@
-// Whether the processor can shuffle bytes, which the kernels for accented letters and for three
-// byte characters need. Everything else in the conversions makes do with SSE2.
+// What the processor can do beyond SSE2, which every x86-64 has: shuffle bytes, for accented
+// letters and for characters of three bytes, and take vectors of 32 bytes, for ASCII.
 #ifndef MCMEM_ENCODING_WIDEKERNELS_H
 #define MCMEM_ENCODING_WIDEKERNELS_H
 
@@ -11,13 +11,18 @@
 
 namespace MCMEM_NAMESPACE {
 
-inline bool CanShuffle() {
-#ifdef MCMEM_BASELINE_KERNELS  // a test build, which shows that the results do not depend on it
-  return false;
+// For functions that are called only when CanGoWide().
+#define MCMEM_WIDE __attribute__((target("avx2")))
+
+#ifdef MCMEM_BASELINE_KERNELS  // a test build, which shows that the results do not depend on them
+inline bool CanShuffle() { return false; }
+inline bool CanGoWide() { return false; }
 #else
+inline bool CanShuffle() {
   return __builtin_cpu_supports("ssse3") != 0 && __builtin_cpu_supports("popcnt") != 0;
-#endif
 }
+inline bool CanGoWide() { return __builtin_cpu_supports("avx2") != 0; }
+#endif
 
 }  // namespace MCMEM_NAMESPACE
 
