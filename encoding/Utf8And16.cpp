@@ -209,9 +209,18 @@ Stop DecodeTail(Decoding& at, const Decoding& end) {
   return stop;
 }
 
+// Short texts have one try of blocks, here and below: letters of one script in a row.
+bool DecodeShort(Decoding& at, const Decoding& end) {
+  constexpr std::ptrdiff_t kFourTriples = 12;
+  if (end.source - at.source >= kFourTriples && *at.source >= 0xE0 && CanShuffle()) {
+    at = ConvertTriples<Codec>(at, end);
+  }
+  return DecodeSingly<false>(at, end, end.source);
+}
+
 Stop Decode(Decoding& at, const Decoding& end) {
   const bool isShort = end.source - at.source < kShortest;
-  const bool sound = isShort ? DecodeSingly<false>(at, end, end.source) : DecodeBulk(at, end);
+  const bool sound = isShort ? DecodeShort(at, end) : DecodeBulk(at, end);
   return sound ? DecodeTail(at, end) : Stop::kMalformed;
 }
 
@@ -346,7 +355,6 @@ Stop EncodeTail(Encoding& at, const Encoding& end) {
   return Stop::kSourceEnd;
 }
 
-// Short texts have one try of blocks: letters of one script in a row.
 bool EncodeShort(Encoding& at, const Encoding& end) {
   if (end.source - at.source >= 8 && *at.source >= 0x80 && CanShuffle()) {
     at =
