@@ -1,7 +1,9 @@
 # Debian packages by CPack: the library, and what a developer needs to build against it.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME mcxprsutil)
-set(CPACK_PACKAGE_CONTACT "mcxprsutil maintainers <mcxprsutil@localhost>")
+set(MCXPRSUTIL_MAINTAINER "mcxprsutil maintainers <mcxprsutil@localhost>" CACHE STRING
+  "Who answers for the packages: the address in their Maintainer field")
+set(CPACK_PACKAGE_CONTACT "${MCXPRSUTIL_MAINTAINER}")
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL runtime development)
 set(CPACK_COMPONENTS_GROUPING ONE_PER_GROUP)

@@ -145,8 +145,9 @@ void LimitedParser::doctypePI(const XMLCh* const target, const XMLCh* const data
   DocumentParser::doctypePI(target, data);
 }
 
+// Comes between the attributes of a list as well.
 void LimitedParser::doctypeWhitespace(const XMLCh* const characters, const XMLSize_t length) {
-  progress_.NoteEvent();
+  if (!is_in_attribute_list_) progress_.NoteEvent();
   DocumentParser::doctypeWhitespace(characters, length);
 }
 
@@ -178,16 +179,21 @@ void LimitedParser::notationDecl(const XMLNotationDecl& notation, const bool isI
 }
 
 void LimitedParser::startAttList(const DTDElementDecl& element) {
-  progress_.NoteEvent();
   RefuseUnlessAll("declares attributes of " + InQuotes(element.getFullName()));
+  is_in_attribute_list_ = true;
   DocumentParser::startAttList(element);
 }
 
 void LimitedParser::attDef(const DTDElementDecl& element, const DTDAttDef& attribute,
                            const bool isIgnored) {
-  progress_.NoteEvent();
   CheckName(attribute.getFullName());
   DocumentParser::attDef(element, attribute, isIgnored);
+}
+
+void LimitedParser::endAttList(const DTDElementDecl& element) {
+  progress_.NoteEvent();
+  is_in_attribute_list_ = false;
+  DocumentParser::endAttList(element);
 }
 
 // The XML library's report that entities were expanded too often would be one of its own errors,

@@ -57,6 +57,7 @@ class LimitedParser final : public DocumentParser {
   void startAttList(const XERCES_CPP_NAMESPACE::DTDElementDecl& element) override;
   void attDef(const XERCES_CPP_NAMESPACE::DTDElementDecl& element,
               const XERCES_CPP_NAMESPACE::DTDAttDef& attribute, bool isIgnored) override;
+  void endAttList(const XERCES_CPP_NAMESPACE::DTDElementDecl& element) override;
 
   void error(unsigned int code, const XMLCh* domain,
              XERCES_CPP_NAMESPACE::XMLErrorReporter::ErrTypes type, const XMLCh* text,
@@ -72,6 +73,7 @@ class LimitedParser final : public DocumentParser {
   XERCES_CPP_NAMESPACE::SecurityManager security_;
   ReadProgress progress_;
   std::uint64_t depth_ = 0;
+  bool is_in_attribute_list_ = false;
   std::unordered_set<std::u16string_view> names_;  // views of name_texts_
   std::deque<std::u16string> name_texts_;
 };

@@ -16,7 +16,7 @@ MCXParsePolicy MCXParsePolicy::Hardened() {
   policy.max_document_bytes = std::uint64_t{32} * 1024 * 1024;
   policy.max_depth = 1000;
   policy.max_markup_bytes = std::uint64_t{256} * 1024;
-  policy.max_names = 10'000;
+  policy.max_names = 1000;
   policy.max_entity_expansions = 1000;
   policy.max_entity_characters = std::uint64_t{16} * 1024;
   policy.doctype = Doctype::kRefused;

@@ -33,14 +33,14 @@ struct MCXPRSUTIL_EXPORT MCXParsePolicy {
 
   /// What a document type declaration ("<!DOCTYPE ...>") may hold.
   enum class Doctype {
-    /// Everything. External entities and the external DTD are read, wherever they are, and count
-    /// for the limits of depth and names only.
+    /// Everything. External entities and the external DTD are read, wherever they are. They count
+    /// for the limits of depth, names and expansions, but not for those of size.
     kAll,
     /// Elements, notations, and entities whose text stands in the declaration itself. Refused are
     /// an external DTD, external entities (unless they are unparsed), parameter entities and
-    /// attribute lists. Nothing but the document itself is ever opened. The XML library loses
-    /// memory
-    /// when the text breaks off within a content model, so this is for sources that are known.
+    /// attribute lists. Nothing but the document itself is ever opened. The XML library loses the
+    /// memory of a content model that breaks off, up to 120 times `max_markup_bytes` for each such
+    /// document, so this is for sources that are known.
     kInternal,
     /// Nothing: a document that has one is refused, before anything in it is looked at.
     kRefused
@@ -50,13 +50,16 @@ struct MCXPRSUTIL_EXPORT MCXParsePolicy {
   MCXParsePolicy() = default;
 
   /// Limits for documents from anywhere: 32 MiB, 1000 levels, 256 KiB for one piece of markup,
-  /// 10000 names, and no document type declaration, so that there are neither entities nor anything
-  /// from outside of the document. Where `doctype` is changed, entities are expanded 1000 times at
-  /// most, and none is longer than 16384 characters.
+  /// 1000 names (PMML has some hundreds), and no document type declaration, so that there are
+  /// neither entities nor anything from outside of the document. Where `doctype` is changed,
+  /// entities are expanded 1000 times at most, and none is longer than 16384 characters: that makes
+  /// about as much of a small document as 32 MiB are.
   ///
   /// The largest tree that a document can then become takes about 2.5 GiB of memory; PMML of usual
-  /// shape becomes 15 to 20 times as large as its file. A service that runs several parses at once,
-  /// or that only expects small documents, lowers `max_document_bytes`.
+  /// shape becomes 15 to 20 times as large as its file. The slowest one takes some ten seconds, six
+  /// times as long as an ordinary one of that size: its names are made to collide in the XML
+  /// library's tables. A service that runs several parses at once, or that only expects small
+  /// documents, lowers `max_document_bytes`, which all of that is in proportion to.
   static MCXParsePolicy Hardened();
 
   /// Puts a policy in force for every parse that begins from now on, on all threads. Parses under
@@ -74,12 +77,14 @@ struct MCXPRSUTIL_EXPORT MCXParsePolicy {
   std::uint64_t max_depth = kUnlimited;
 
   /// The size of one piece of markup: a tag with its attributes, a comment, a CDATA section, a
-  /// processing instruction or a declaration. A longer one is refused when up to 256 KiB more of it
-  /// were read. Text has no such limit.
+  /// processing instruction or a declaration. White space in front of the document element and
+  /// behind it counts as one too. A longer one is refused when up to 256 KiB more of it were read.
+  /// Text has no such limit, except where an encoding takes more than four bytes for a character
+  /// (ISO-2022 with an escape for each).
   std::uint64_t max_markup_bytes = kUnlimited;
 
   /// How many different names elements, attributes, entities and notations may have. The XML
-  /// library searches them one by one, so that time grows with the square of their number.
+  /// library may have to search them one by one, for each tag, when a document wants it to.
   std::uint64_t max_names = kUnlimited;
 
   /// How often entities may be expanded, counting those within entities. Character references and
