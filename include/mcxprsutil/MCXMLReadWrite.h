@@ -112,7 +112,9 @@ class MCXPRSUTIL_EXPORT MCXMLReadWrite {
   ///
   /// The serializer of the XML library gives up without a word where the document's encoding lacks
   /// a character of a name, and where no converter for the encoding can be opened: the status is OK
-  /// then, and the file ends there, or is empty.
+  /// then, and the file ends there, or is empty. In a document of XML 1.1 it writes U+0085 and
+  /// U+2028, which can only come from character references, as they are: they are read back as line
+  /// feeds, or as blanks in an attribute.
   ///
   /// @param fileName path of the file, which is replaced.
   /// @param doc the document, borrowed; null writes the current document.
