@@ -5,6 +5,7 @@
 #include "combiner/CombinerTest.h"
 #include "combiner/DirectCopy.h"
 #include "mcxprsutil/MCXDOMHelpers.h"
+#include "support/Many.h"
 #include "support/SmallStack.h"
 #include "xml/XercesPtr.h"
 
@@ -29,7 +30,7 @@ using xercesc::DOMElement;
 
 using Strings = std::vector<std::string>;
 
-constexpr int kMany = 100'000;
+const int kMany = test_support::Many();
 
 // Too many for the small stack, whatever a recursion takes for one of them; there are several of
 // these in a document.

@@ -22,6 +22,7 @@
 #include "mcxprsutil/MCSettingsParser.h"
 #include "mcxprsutil/MCXDOMHelpers.h"
 #include "mcxprsutil/MCXMLReadWrite.h"
+#include "mcxprsutil/MCXParsePolicy.h"
 #include "mcxprsutil/MCXSplitPMMLCombiner.h"
 #include "support/OddStream.h"
 #include "support/SmallDocuments.h"
@@ -135,7 +136,9 @@ bool Read(Reader& reader, Round round, const std::string& text) {
       return reader.ParseToDOM(in).IsOK();
     }
     case Round::kOther: {
-      std::istringstream in("<other name='" + text.substr(0, 40).replace(0, 40, "x") + "'/>");
+      const std::size_t at = text.find("name=\"r");
+      const std::string name = at == std::string::npos ? "x" : text.substr(at + 6, 9);
+      std::istringstream in("<other name='" + name + "'/>");
       return reader.ParseToDOM(in).IsOK();
     }
     case Round::kDies: {
@@ -171,6 +174,18 @@ TEST(Load, APmmlReaderIsReused) {
       ASSERT_TRUE(reader.FillUniStats(statistics, cursor).IsOK());
     } while (cursor != nullptr);
   });
+}
+
+// Every other document is refused for its declaration.
+TEST(Load, AReaderIsReusedUnderAPolicy) {
+  MCXPrsUtil::MCXParsePolicy::SetForProcess(MCXPrsUtil::MCXParsePolicy::Hardened());
+  MCPMMLParser reader;
+  ExpectFlatMemory("MCPMMLParser, hardened", Reuses(), [&](long i) {
+    const std::string text = WithNewNames(test_support::kPmml, i);
+    std::istringstream in(i % 2 == 0 ? text : "<!DOCTYPE PMML [<!ENTITY e 'x'>]>" + text);
+    ASSERT_EQ(reader.ParseToDOM(in).IsOK(), i % 2 == 0);
+  });
+  MCXPrsUtil::MCXParsePolicy::SetForProcess({});
 }
 
 TEST(Load, ASettingsReaderIsReused) {

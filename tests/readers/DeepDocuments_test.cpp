@@ -10,6 +10,7 @@
 #include "DataModelText.h"
 #include "SettingsText.h"
 #include "mccommon/MCUniStats.h"
+#include "support/Many.h"
 #include "support/SmallStack.h"
 
 namespace {
@@ -22,7 +23,7 @@ using test_support::kSmallStack;
 using test_support::RunOnStackOf;
 using xercesc::DOMElement;
 
-constexpr int kMany = 100'000;
+const int kMany = test_support::Many();
 
 // Too many for the small stack, whatever a recursion takes for one of them; there are several of
 // these in a document.

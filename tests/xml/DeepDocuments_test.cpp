@@ -6,6 +6,7 @@
 #include <string>
 
 #include "mcxprsutil/MCXDOMHelpers.h"
+#include "support/Many.h"
 #include "support/SmallStack.h"
 #include "xml/PolicyCheck.h"
 
@@ -23,7 +24,7 @@ using xml_test::ParseOutcome;
 using xml_test::Repeat;
 using xml_test::ScratchFolder;
 
-constexpr std::size_t kMany = 100'000;
+const auto kMany = static_cast<std::size_t>(test_support::Many());
 
 // How many elements lie within each other, along the first ones, by the helpers' walk.
 std::size_t LevelsOf(const DOMNode& root) {
@@ -114,7 +115,8 @@ TEST(DeepDocuments, LevelsWithinAnEntityAreRefusedWhereTheStackIsTooSmall) {
 }
 
 TEST(DeepDocuments, LevelsWithinAnEntityAreReadWhereTheStackIsLargeEnough) {
-  RunOnStackOf(std::size_t{64} * 1024 * 1024,
+  constexpr std::size_t kStackOfALevel = 640;  // twice what is asked for
+  RunOnStackOf(kMany * kStackOfALevel,
                [] { EXPECT_EQ(ParseOutcome(WithinEntity(kMany)), "text: "); });
 }
 
