@@ -1,8 +1,8 @@
 #include "DescribeDocument.h"
 
+#include <cstdint>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <sstream>
 #include <xercesc/dom/DOMElement.hpp>
 
@@ -14,6 +14,7 @@
 #include "StatusText.h"
 #include "mcxprsutil/MCPMMLParser.h"
 #include "mcxprsutil/MCXDOMHelpers.h"
+#include "mcxprsutil/MCXParsePolicy.h"
 
 namespace examples {
 namespace {
@@ -21,6 +22,7 @@ namespace {
 using MCCommon::MCStatus;
 using MCXPrsUtil::GetFirstChildElmt;
 using MCXPrsUtil::MCPMMLParser;
+using MCXPrsUtil::MCXParsePolicy;
 using xercesc::DOMElement;
 
 constexpr int kOtherDocument = 105;
@@ -62,6 +64,18 @@ void DescribeRoot(MCPMMLParser& parser, const std::string& text, const DescribeO
   }
 }
 
+// The document, or as much of it as shows that the parse policy does not allow so much.
+std::string ReadWithinPolicy(std::istream& in) {
+  const std::uint64_t limit = MCXParsePolicy::GetForProcess().max_document_bytes;
+  std::string text;
+  char piece[1 << 16];
+  while (text.size() <= limit && in) {
+    in.read(piece, sizeof piece);
+    text.append(piece, static_cast<std::size_t>(in.gcount()));
+  }
+  return text;
+}
+
 DocumentDescription Unreadable(const std::string& source, const std::string& reason) {
   DocumentDescription description;
   description.source = source;
@@ -76,7 +90,7 @@ DocumentDescription DescribeDocument(std::istream& in, const std::string& source
   DocumentDescription description;
   description.source = source;
   // Each reader parses for itself, and standard input can be read only once.
-  const std::string text((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+  const std::string text = ReadWithinPolicy(in);
   std::istringstream document(text);
   MCPMMLParser parser;
   const MCStatus status = parser.ParseToDOM(document);

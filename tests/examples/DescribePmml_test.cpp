@@ -237,6 +237,12 @@ TEST(DescribePmml, HardenedRefusesWhatReachesOutside) {
   EXPECT_EQ(Describe({"--hardened", kSurvey}).out, Describe({kSurvey}).out);
 }
 
+TEST(DescribePmml, HardenedReadsNoMoreThanThePolicyAllows) {
+  const ProgramResult result = Describe({"--hardened", "/dev/zero"});
+  EXPECT_EQ(result.exitCode, 1);
+  EXPECT_THAT(result.error, HasSubstr("/dev/zero: the document could not be parsed"));
+}
+
 TEST(DescribePmml, AnEmptyFileIsMalformed) {
   const ProgramResult result = Describe({"-"}, "");
   EXPECT_EQ(result.exitCode, 1);
