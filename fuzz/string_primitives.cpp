@@ -1,28 +1,34 @@
 // Two texts, in memory that ends where they do, through all the functions that step by characters:
-// the UTF-8 members give what the slow reference gives; the code-page members stay within the text,
-// always end, order texts consistently, and cut no character.
+// the UTF-8 members give what the slow reference gives; the code-page members, under locales of
+// single and double bytes, step as the C library does, stay within the text, always end, order
+// texts consistently, and cut no character.
 #include <mcmem/ConverterRegistry.h>
 #include <mcmem/MultiByteString.h>
 #include <mcmem/Transcoding.h>
 #include <unicode/uchar.h>
 
 #include <algorithm>
+#include <climits>
 #include <clocale>
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <cstring>
-#include <memory>
 #include <string>
 #include <vector>
 
 #include "Check.h"
 #include "Converters.h"
+#include "GuardedTarget.h"
 #include "Input.h"
 #include "reference/SlowUtf8Strings.h"
+#include "support/MadeLocales.h"
 
 namespace {
 
 using namespace MCMEM_NAMESPACE;
+using fuzz::GuardedTarget;
 using fuzz::Input;
 using fuzz::TerminatedCopy;
 using fuzz::UpToZero;
@@ -146,15 +152,13 @@ void CheckCopies8(const std::string& text, std::size_t n) {
   const std::string head = text.substr(0, n);
   const Exact source = n <= text.size() ? Exact(head) : TerminatedCopy(head);
   const auto kept = static_cast<std::size_t>(reference::LengthWithoutBadTail(head));
-  const std::unique_ptr<char[]> target(new char[n]);
-  std::fill_n(target.get(), n, '#');
-  FUZZ_CHECK(TULKMBLimitedCopy_8(target.get(), source.Get(), n) == static_cast<int>(kept));
-  std::string expected = head.substr(0, kept) + std::string(n - kept, '#');
-  FUZZ_CHECK(expected.compare(0, n, target.get(), n) == 0);
-  std::fill_n(target.get(), n, '#');
-  FUZZ_CHECK(TULKMBstrncpy_8(target.get(), source.Get(), n) == target.get());
-  std::replace(expected.begin() + static_cast<std::ptrdiff_t>(kept), expected.end(), '#', '\0');
-  FUZZ_CHECK(expected.compare(0, n, target.get(), n) == 0);
+  const std::string copy = head.substr(0, kept);
+  GuardedTarget limited(n);
+  FUZZ_CHECK(TULKMBLimitedCopy_8(limited.Get(), source.Get(), n) == static_cast<int>(kept));
+  FUZZ_CHECK(limited.Content() == copy + std::string(n - kept, GuardedTarget::kOld));
+  GuardedTarget filled(n);
+  FUZZ_CHECK(TULKMBstrncpy_8(filled.Get(), source.Get(), n) == filled.Get());
+  FUZZ_CHECK(filled.Content() == copy + std::string(n - kept, '\0'));
 }
 
 void CheckUtf8(const Texts& t) {
@@ -185,15 +189,19 @@ std::vector<std::size_t> Starts(const std::string& text) {
   return starts;
 }
 
-bool IsAmong(const std::vector<std::size_t>& starts, std::size_t offset) {
-  return std::binary_search(starts.begin(), starts.end(), offset);
+// The C library's, which may look at more than it uses.
+int LibraryLength(const char* s, std::size_t n) {
+  const std::string padded = std::string(s, n) + std::string(MB_LEN_MAX, '\0');
+  return std::mblen(padded.c_str(), n);
 }
 
 void CheckLengthsC(const std::string& bytes, std::size_t n) {
   const std::string seen = bytes.substr(0, n);
   const int length = TULKMBmblen_C(Exact(seen).Get(), seen.size());
   FUZZ_CHECK(length >= -1 && length <= SignedSize(seen));
-  if (!seen.empty()) FUZZ_CHECK((length == 0) == (seen[0] == '\0'));
+  if (seen.empty()) return;
+  FUZZ_CHECK((length == 0) == (seen[0] == '\0'));
+  FUZZ_CHECK(length == LibraryLength(seen.data(), seen.size()));
 }
 
 void CheckLeadBytes(const std::string& text) {
@@ -207,14 +215,15 @@ void CheckLeadBytes(const std::string& text) {
 void CheckBackwardsC(const std::string& text) {
   const Exact s = TerminatedCopy(text);
   const int size = SignedSize(text);
-  for (int i = 0; i <= size + 2; ++i) {
-    const int start = TULKMBFindStart_C(s.Get(), i);
-    if (i >= size) {
-      FUZZ_CHECK(start == size);
-    } else {
-      FUZZ_CHECK(start == i || (start == i - 1 && start >= 0));
-    }
+  const auto takesNext = [&text](int i) {
+    return TULKMBIsLeadByte_C(static_cast<unsigned char>(text[static_cast<std::size_t>(i)]));
+  };
+  int start = 0;  // of the character, of at most two bytes, that byte i belongs to
+  for (int i = 0; i < size; ++i) {
+    if (i > start + (takesNext(start) ? 1 : 0)) start = i;
+    FUZZ_CHECK(TULKMBFindStart_C(s.Get(), i) == start);
   }
+  for (const int i : {size, size + 1, size + 2}) FUZZ_CHECK(TULKMBFindStart_C(s.Get(), i) == size);
   for (int i = 1; i <= size; ++i) {
     const Exact head(text.data(), static_cast<std::size_t>(i));  // nothing behind is of interest
     const auto previous = OffsetOf(TULKMBAnsiPrev_C(head.Get(), head.Get() + i), head);
@@ -222,31 +231,41 @@ void CheckBackwardsC(const std::string& text) {
   }
 }
 
+// Where the byte is and starts a character.
+std::vector<std::ptrdiff_t> PlacesOf(const std::string& text, char byte) {
+  std::vector<std::ptrdiff_t> places;
+  for (std::size_t i = 0; i < text.size();) {
+    const bool isMatch = text[i] == byte;
+    if (isMatch) places.push_back(static_cast<std::ptrdiff_t>(i));
+    const int length = isMatch ? 1 : LibraryLength(&text[i], text.size() - i);
+    i += static_cast<std::size_t>(std::max(length, 1));
+  }
+  return places;
+}
+
 void CheckSearchC(const std::string& text, unsigned point) {
   const Exact s = TerminatedCopy(text);
   const auto first = OffsetOf(TULKMBstrchr_C(s.Get(), point), s);
   const auto last = OffsetOf(TULKMBstrrchr_C(s.Get(), point), s);
-  FUZZ_CHECK((first < 0) == (last < 0) && first <= last);
   FUZZ_CHECK(OffsetOf(TULKMBSearchChar_C(s.Get(), point, 0), s) == first);
   FUZZ_CHECK(OffsetOf(TULKMBSearchChar_C(s.Get(), point, -1), s) == last);
-  if (point == 0) FUZZ_CHECK(first == SignedSize(text) && last == first);
-  if (point == 0 || first < 0) return;
-  for (const auto at : {first, last}) {
-    FUZZ_CHECK(at < SignedSize(text));
-    FUZZ_CHECK(text[static_cast<std::size_t>(at)] == static_cast<char>(point));
-  }
+  std::vector<std::ptrdiff_t> places = PlacesOf(text, static_cast<char>(point));
+  if (point == 0) places = {SignedSize(text)};
+  if (places.empty()) places = {-1};
+  FUZZ_CHECK(first == places.front() && last == places.back());
 }
 
-// Whole characters and zeros behind them.
+// The whole characters that fit, the last of them only if the locale knows it, and zeros.
 void CheckCopyC(const std::string& text, std::size_t n) {
-  const std::unique_ptr<char[]> target(new char[n]);
-  std::fill_n(target.get(), n, '#');
-  FUZZ_CHECK(TULKMBstrncpy_C(target.get(), TerminatedCopy(text).Get(), n) == target.get());
-  const std::string made(target.get(), n);
-  const std::string kept = UpToZero(made);
-  FUZZ_CHECK(made.find_first_not_of('\0', kept.size()) == std::string::npos);
-  FUZZ_CHECK(text.compare(0, kept.size(), kept) == 0);
-  FUZZ_CHECK(IsAmong(Starts(text), kept.size()));
+  const std::vector<std::size_t> starts = Starts(text);
+  auto end = std::upper_bound(starts.begin(), starts.end(), n) - 1;
+  if (end != starts.begin()) {
+    const auto last = end - 1;
+    if (LibraryLength(&text[*last], *end - *last) < 0) end = last;
+  }
+  GuardedTarget target(n);
+  FUZZ_CHECK(TULKMBstrncpy_C(target.Get(), TerminatedCopy(text).Get(), n) == target.Get());
+  FUZZ_CHECK(target.Content() == text.substr(0, *end) + std::string(n - *end, '\0'));
 }
 
 // ---- Code pages: code points, from a converter ----
@@ -378,16 +397,53 @@ void CheckActive(const Texts& t) {
   FUZZ_CHECK(
       TULKMBqstricmp_A(s, -1, b.Get(), -1) ==
       (isUtf8 ? TULKMBqstricmp_8(s, -1, b.Get(), -1) : TULKMBqstricmp_C(s, -1, b.Get(), -1)));
-  std::string one(t.n, '#');
-  std::string other(t.n, '#');
-  TULKMBstrncpy_A(one.data(), s, t.n);
-  (isUtf8 ? TULKMBstrncpy_8 : TULKMBstrncpy_C)(other.data(), s, t.n);
-  FUZZ_CHECK(one == other);
+  GuardedTarget one(t.n);
+  GuardedTarget other(t.n);
+  TULKMBstrncpy_A(one.Get(), s, t.n);
+  (isUtf8 ? TULKMBstrncpy_8 : TULKMBstrncpy_C)(other.Get(), s, t.n);
+  FUZZ_CHECK(one.Content() == other.Content());
 }
 
-void SetLocale(unsigned which) {
-  constexpr const char* kLocales[] = {"C", "C.UTF-8"};
-  FUZZ_CHECK(std::setlocale(LC_CTYPE, kLocales[which]) != nullptr);
+// ---- Locales ----
+
+// Locales of double bytes and more, in a folder that goes at the end of the process.
+class DoubleByteLocales {
+ public:
+  DoubleByteLocales() {
+    std::string missing;
+    for (const char* name : kNames) {
+      if (locales_.Make(name, name)) {
+        made_.push_back(name);
+      } else {
+        missing += std::string(" ") + name;
+      }
+    }
+    if (missing.empty()) return;
+    std::fprintf(stderr, "no localedef, or no such encodings; going on without:%s\n",
+                 missing.c_str());
+  }
+
+  // Null for 0, and for what could not be made.
+  const char* Name(unsigned choice) const {
+    const char* name = choice == 0 ? nullptr : kNames[choice - 1];
+    return std::count(made_.begin(), made_.end(), name) == 0 ? nullptr : name;
+  }
+
+ private:
+  static constexpr const char* kNames[] = {"SHIFT_JIS", "GBK",    "BIG5",  "BIG5-HKSCS",
+                                           "EUC-JP",    "EUC-KR", "EUC-TW"};
+
+  test_support::MadeLocales locales_;
+  std::vector<const char*> made_;
+};
+
+// The upper three bits choose one of double bytes, else the lowest one a built-in one.
+void SetLocale(unsigned flags) {
+  static const DoubleByteLocales locales;
+  constexpr const char* kBuiltIn[] = {"C", "C.UTF-8"};
+  const char* name = locales.Name(flags >> 5);
+  if (name == nullptr) name = kBuiltIn[flags & 1];
+  FUZZ_CHECK(std::setlocale(LC_CTYPE, name) != nullptr);
 }
 
 }  // namespace
@@ -395,7 +451,7 @@ void SetLocale(unsigned which) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input in(data, size);
   const unsigned flags = in.Byte();
-  SetLocale(flags & 1);
+  SetLocale(flags);
   SetUTF8mode((flags & 2) != 0 ? 1 : 0);
   UConverter* const converter = fuzz::ChooseConverter(in);
   TULKMBSetDefaultConverter(converter);

@@ -19,8 +19,9 @@ namespace MCXPrsUtil {
 /// Every parse of MCXMLReadWrite, of the readers and of the combiner keeps to the policy that is in
 /// force when it begins. A document that goes beyond it is refused during the parse: the status is
 /// 104, GetXercesMessage() names the limit by the member below, and the object is as after any
-/// other parse that failed. Parsers that an application makes itself, with MCXInputSource or
-/// without, are not affected.
+/// other parse that failed. What is within the limits is read as without them; only of a text in
+/// which a malformed document breaks off, more or less may be held. Parsers that an application
+/// makes itself, with MCXInputSource or without, are not affected.
 ///
 /// Without that call there are no limits: the XML library's defaults hold, which expand every
 /// entity and follow every reference to a file or over the network.
