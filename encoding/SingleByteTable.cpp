@@ -39,6 +39,17 @@ void SingleByteTable::Decode(const char*& src, const char* srcEnd, Unit*& dst,
   const char* s = src;
   Unit* t = dst;
   const char* const end = s + std::min<std::ptrdiff_t>(srcEnd - s, dstEnd - t);
+  for (; end - s >= 4; s += 4, t += 4) {
+    const Unit a = units_[static_cast<Byte>(s[0])];
+    const Unit b = units_[static_cast<Byte>(s[1])];
+    const Unit c = units_[static_cast<Byte>(s[2])];
+    const Unit d = units_[static_cast<Byte>(s[3])];
+    if (a == kNone || b == kNone || c == kNone || d == kNone) break;
+    t[0] = a;
+    t[1] = b;
+    t[2] = c;
+    t[3] = d;
+  }
   for (; s != end; ++s, ++t) {
     const Unit unit = units_[static_cast<Byte>(*s)];
     if (unit == kNone) break;
