@@ -21,7 +21,7 @@ enum Traits : unsigned {
   kEncodesAlike = 1,  ///< one text has one encoding, however ICU is handed it
   kFromUnicode = 2,   ///< text that it has comes back from it
   kFromBytes = 4,     ///< bytes that it has come back from Unicode
-  kSharesBytes = 8,   ///< a byte may hold bits of two characters
+  kSharesBytes = 8,   ///< a byte may hold bits of two characters, or be one where a text ends
 };
 
 struct CodePage {
@@ -55,7 +55,7 @@ inline constexpr CodePage kCodePages[] = {
     {"ibm-930", kEncodesAlike},
     // where bytes below 0x80 are not all ASCII
     {"ibm-37", kEncodesAlike | kFromUnicode | kFromBytes},
-    {"gsm-03.38", kEncodesAlike},
+    {"gsm-03.38", kEncodesAlike | kSharesBytes},
     // other forms of Unicode
     {"UTF-7", kEncodesAlike | kFromUnicode | kSharesBytes},
     {"UTF-16", kEncodesAlike | kFromUnicode},

@@ -181,7 +181,7 @@ const Form<char, char> k8ToCodePage = {TULKMB8toCodePage, TULKMBU8ToCodePage, tr
 
 // The characters that a cut leaves are the first of the whole text.
 void CheckCutCodePage(const Choices& choices, const std::string& whole, const std::string& piece) {
-  if (choices.Has(fuzz::kSharesBytes)) return;  // the bits behind the cut are left over
+  if (choices.Has(fuzz::kSharesBytes)) return;  // what a cut leaves may be read as something else
   int status = 0;
   const U16String text = Converted(kCodePageTo16, choices, whole, status);
   if (status != 0) return;

@@ -56,7 +56,9 @@
 /// on how it is handed to them: leave a few bytes more than the length that was asked for. Its
 /// ISCII converters may change a letter where the room ends. A result is never cut inside a
 /// character: in UTF-16 a surrogate pair stays whole, and in code pages with shift states whole
-/// characters are those that decode from the initial state.
+/// characters are those that decode from the initial state. The exception is GSM 03.38: ICU takes
+/// the escape that begins a character of two bytes for a blank where a text ends, so that it may
+/// be left there.
 #ifndef MCMEM_TRANSCODING_H
 #define MCMEM_TRANSCODING_H
 
