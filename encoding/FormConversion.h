@@ -114,6 +114,16 @@ template <class Rules>
   return result;
 }
 
+// Tells the caller how far clean characters went, and whether that was all.
+template <class Rules>
+inline bool IsDone(const PlaceOf<Rules>& at, const typename Rules::From::Unit** sourceStart,
+                   const typename Rules::From::Unit* sourceEnd,
+                   typename Rules::To::Unit** targetStart) {
+  *sourceStart = at.source;
+  *targetStart = at.target;
+  return at.source >= sourceEnd;
+}
+
 // Short texts; what is not clean goes to ConvertRest.
 template <class Rules>
 inline ConversionResult ConvertShort(const typename Rules::From::Unit** sourceStart,
@@ -121,9 +131,7 @@ inline ConversionResult ConvertShort(const typename Rules::From::Unit** sourceSt
                                      typename Rules::To::Unit** targetStart,
                                      typename Rules::To::Unit* targetEnd, ConversionFlags flags) {
   const PlaceOf<Rules> at = TakeSingly<Rules>({*sourceStart, *targetStart}, {sourceEnd, targetEnd});
-  *sourceStart = at.source;
-  *targetStart = at.target;
-  if (at.source >= sourceEnd) return conversionOK;
+  if (IsDone<Rules>(at, sourceStart, sourceEnd, targetStart)) return conversionOK;
   return ConvertRest<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
 }
 
@@ -136,9 +144,7 @@ template <class Rules>
                                                    ConversionFlags flags) {
   const PlaceOf<Rules> at =
       Rules::ConvertShortRun({*sourceStart, *targetStart}, {sourceEnd, targetEnd});
-  *sourceStart = at.source;
-  *targetStart = at.target;
-  if (at.source >= sourceEnd) return conversionOK;
+  if (IsDone<Rules>(at, sourceStart, sourceEnd, targetStart)) return conversionOK;
   return ConvertShort<Rules>(sourceStart, sourceEnd, targetStart, targetEnd, flags);
 }
 
